@@ -1,0 +1,14 @@
+#include "KelBaseVersion.h"
+
+#define KEL_WIDEN2(x) L##x
+#define KEL_WIDEN(x) KEL_WIDEN2(x)
+
+const wchar_t* KelBaseGetVersion() { return KEL_WIDEN(KELBASE_VERSION); }
+
+const wchar_t* const* KelBaseGetFamilies() {
+    static const wchar_t* const families[] = {
+        L"frame: module start-up, resource strings, conversions, blob buffers, string maps",
+        nullptr,
+    };
+    return families;
+}

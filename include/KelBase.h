@@ -1,0 +1,4 @@
+#pragma once
+// Umbrella header: every exported family of KelSDK.Base.
+#include "KelBaseExport.h"
+#include "KelBaseVersion.h"

@@ -1,0 +1,9 @@
+#pragma once
+// The one export macro of KelSDK.Base: every exported class and function carries it.
+#include "KelDllApi.h"
+
+#ifdef KELBASE_BUILD
+#define KELBASE_API KEL_DLL_EXPORT
+#else
+#define KELBASE_API KEL_DLL_IMPORT
+#endif

@@ -1,0 +1,10 @@
+#pragma once
+// Import/export decoration shared by the project's DLLs. The native build links everything
+// statically (KEL_STATIC), so the decorations vanish there.
+#if defined(_WIN32) && !defined(KEL_STATIC)
+#define KEL_DLL_EXPORT __declspec(dllexport)
+#define KEL_DLL_IMPORT __declspec(dllimport)
+#else
+#define KEL_DLL_EXPORT
+#define KEL_DLL_IMPORT
+#endif

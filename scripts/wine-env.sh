@@ -1,0 +1,17 @@
+# Sourced by the scripts: one Wine prefix inside the Windows build tree, and one persistent
+# wineserver for it. Wine's background processes inherit standard output and error, so they
+# are started here with their output sent to files, never from CTest or a pipe.
+kel_wine_start() {
+    export WINEPREFIX="$1/wineprefix" WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
+    mkdir -p "$WINEPREFIX"
+    wineserver -p </dev/null >"$1/wineserver.log" 2>&1
+    if [ ! -f "$WINEPREFIX/system.reg" ]; then
+        echo "Creating the Wine prefix $WINEPREFIX"
+        wineboot -i </dev/null >"$1/wineboot.log" 2>&1
+    fi
+}
+
+# Stops only the wineserver of this prefix.
+kel_wine_stop() {
+    wineserver -k </dev/null >/dev/null 2>&1 || true
+}
