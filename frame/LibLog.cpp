@@ -1,0 +1,17 @@
+#include "LibLog.h"
+
+namespace KelBase {
+
+using namespace KelSDK::Common::Logging;
+
+Logger& LibLogger() {
+    static Logger& logger = GetLogger("lib.kelbase");
+    return logger;
+}
+
+void LogError(const wchar_t* cls, const wchar_t* op, const std::wstring& text) {
+    LogMessage(LibLogger(), LogSeverity::Error,
+               std::wstring(L"In ") + cls + L"::" + op + L"() : " + text);
+}
+
+} // namespace KelBase
