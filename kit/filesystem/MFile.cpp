@@ -1,0 +1,332 @@
+#include "MFile.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "FileOs.h"
+
+using FileOs::Mode;
+
+MFile::MFile(size_t bufferSize) : m_bufferSize(std::max<size_t>(bufferSize, 1)) {}
+
+MFile::~MFile() {
+    CLOSE();
+}
+
+void MFile::SET_BUFFER_SIZE(size_t bufferSize) {
+    // Data that cannot be written back keeps its buffer (and so the old size).
+    if (IS_OPEN()) {
+        if (!Flush())
+            return;
+        StartBufferAt(TELL());
+    }
+    m_bufferSize = std::max<size_t>(bufferSize, 1);
+    m_buffer.clear();
+    m_buffer.shrink_to_fit();
+}
+
+bool MFile::OPEN_READ(const wchar_t* name) {
+    return OpenAs(name, Mode::Read);
+}
+
+bool MFile::CREATE(const wchar_t* name) {
+    return OpenAs(name, Mode::Create);
+}
+
+bool MFile::OPEN_UPDATE(const wchar_t* name) {
+    return OpenAs(name, Mode::Update);
+}
+
+bool MFile::OpenAs(const wchar_t* name, Mode mode) {
+    CLOSE();
+    if (!name)
+        return false;
+    m_handle = FileOs::Open(name, mode);
+    if (m_handle == FileOs::INVALID)
+        return false;
+    m_writable = mode != Mode::Read;
+    m_osPos = 0;
+    StartBufferAt(0);
+    return true;
+}
+
+bool MFile::IS_OPEN() const {
+    return m_handle != FileOs::INVALID;
+}
+
+void MFile::CLOSE() {
+    if (!IS_OPEN())
+        return;
+    Flush();
+    FileOs::Close(m_handle);
+    m_handle = FileOs::INVALID;
+    m_writable = false;
+    m_dirtyBegin = m_dirtyEnd = 0;
+    StartBufferAt(0);
+    m_osPos = -1;
+    m_buffer.clear();
+    m_buffer.shrink_to_fit();
+}
+
+long long MFile::TELL() const {
+    return IS_OPEN() ? m_bufferPos + static_cast<long long>(m_current) : -1;
+}
+
+bool MFile::SEEK(long long position) {
+    if (!IS_OPEN() || position < 0)
+        return false;
+    if (position >= m_bufferPos && position - m_bufferPos <= static_cast<long long>(m_bufferLen)) {
+        m_current = static_cast<size_t>(position - m_bufferPos);
+        return true;
+    }
+    if (!Flush())
+        return false;
+    StartBufferAt(position);
+    return true;
+}
+
+bool MFile::SEEK_RELATIVE(long long delta) {
+    return IS_OPEN() && SEEK(TELL() + delta);
+}
+
+bool MFile::SEEK_FROM_END(long long offset) {
+    if (!IS_OPEN() || !Flush())
+        return false;
+    // Everything buffered is on disk now, so the system knows the true size.
+    long long size = FileOs::Seek(m_handle, 0, FileOs::Origin::End);
+    m_osPos = size;
+    return size >= 0 && SEEK(size + offset);
+}
+
+bool MFile::REWIND() {
+    return SEEK(0);
+}
+
+size_t MFile::READ(char* data, size_t count) {
+    return ReadBytes(reinterpret_cast<unsigned char*>(data), count);
+}
+
+size_t MFile::READ(unsigned char* data, size_t count) {
+    return ReadBytes(data, count);
+}
+
+size_t MFile::READ(int32_t* data, size_t count) {
+    if (!data)
+        return 0;
+    unsigned char chunk[4096];
+    const size_t perChunk = sizeof chunk / 4;
+    size_t done = 0;
+    while (done < count) {
+        size_t items = std::min(count - done, perChunk);
+        size_t got = ReadBytes(chunk, items * 4);
+        for (size_t i = 0; i < got / 4; ++i) {
+            const unsigned char* b = chunk + 4 * i;
+            data[done + i] = static_cast<int32_t>(uint32_t(b[0]) | uint32_t(b[1]) << 8 |
+                                                  uint32_t(b[2]) << 16 | uint32_t(b[3]) << 24);
+        }
+        done += got / 4;
+        if (got < items * 4) {
+            // A trailing partial integer is not consumed: the position stays on whole items.
+            if (got % 4)
+                SEEK_RELATIVE(-static_cast<long long>(got % 4));
+            break;
+        }
+    }
+    return done;
+}
+
+size_t MFile::WRITE(const char* data, size_t count) {
+    return WriteBytes(reinterpret_cast<const unsigned char*>(data), count);
+}
+
+size_t MFile::WRITE(const unsigned char* data, size_t count) {
+    return WriteBytes(data, count);
+}
+
+size_t MFile::WRITE(const int32_t* data, size_t count) {
+    if (!data)
+        return 0;
+    unsigned char chunk[4096];
+    const size_t perChunk = sizeof chunk / 4;
+    size_t done = 0;
+    while (done < count) {
+        size_t items = std::min(count - done, perChunk);
+        for (size_t i = 0; i < items; ++i) {
+            uint32_t v = static_cast<uint32_t>(data[done + i]);
+            unsigned char* b = chunk + 4 * i;
+            b[0] = static_cast<unsigned char>(v);
+            b[1] = static_cast<unsigned char>(v >> 8);
+            b[2] = static_cast<unsigned char>(v >> 16);
+            b[3] = static_cast<unsigned char>(v >> 24);
+        }
+        size_t put = WriteBytes(chunk, items * 4);
+        done += put / 4;
+        if (put < items * 4)
+            break;
+    }
+    return done;
+}
+
+unsigned long long MFile::COPY_FROM(MFile& source, unsigned long long count) {
+    if (&source == this || !IS_OPEN() || !source.IS_OPEN())
+        return 0;
+    std::vector<unsigned char> chunk(
+        static_cast<size_t>(std::min<unsigned long long>(count, DEFAULT_BUFFER_SIZE)));
+    unsigned long long done = 0;
+    while (done < count) {
+        size_t want = static_cast<size_t>(std::min<unsigned long long>(count - done, chunk.size()));
+        size_t got = source.ReadBytes(chunk.data(), want);
+        size_t put = WriteBytes(chunk.data(), got);
+        done += put;
+        if (got < want || put < got)
+            break;
+    }
+    return done;
+}
+
+bool MFile::COPY(const wchar_t* from, const wchar_t* to, bool overwrite) {
+    MFile source;
+    if (!to || !source.OPEN_READ(from) || !source.SEEK_FROM_END())
+        return false;
+    const long long size = source.TELL();
+    MFile target;
+    // The target is truncated only once it is known not to be the source itself.
+    if (!source.REWIND() || !target.OpenAs(to, overwrite ? Mode::OpenOrCreate : Mode::CreateNew) ||
+        FileOs::SameFile(source.m_handle, target.m_handle) || !FileOs::Truncate(target.m_handle))
+        return false;
+    return target.COPY_FROM(source, static_cast<unsigned long long>(size)) ==
+               static_cast<unsigned long long>(size) &&
+           target.Flush();
+}
+
+size_t MFile::ReadBytes(unsigned char* data, size_t count) {
+    if (!IS_OPEN() || !data)
+        return 0;
+    size_t done = 0;
+    while (done < count) {
+        if (m_current < m_bufferLen) {
+            size_t n = std::min(count - done, m_bufferLen - m_current);
+            std::memcpy(data + done, m_buffer.data() + m_current, n);
+            m_current += n;
+            done += n;
+            continue;
+        }
+        size_t rest = count - done;
+        if (rest < m_bufferSize) {
+            if (!Refill())
+                break;
+            continue;
+        }
+        // Large reads bypass the buffer.
+        if (!Flush())
+            break;
+        StartBufferAt(m_bufferPos + static_cast<long long>(m_current));
+        if (!MoveOsTo(m_bufferPos))
+            break;
+        long long got = FileOs::Read(m_handle, data + done, rest);
+        if (got <= 0) {
+            if (got < 0)
+                m_osPos = -1;
+            break;
+        }
+        m_osPos += got;
+        m_bufferPos += got;
+        done += static_cast<size_t>(got);
+    }
+    return done;
+}
+
+size_t MFile::WriteBytes(const unsigned char* data, size_t count) {
+    if (!IS_OPEN() || !m_writable || !data)
+        return 0;
+    if (m_buffer.size() != m_bufferSize)
+        m_buffer.resize(m_bufferSize);
+    size_t done = 0;
+    while (done < count) {
+        if (m_current == m_bufferSize) {
+            if (!Flush())
+                break;
+            StartBufferAt(m_bufferPos + static_cast<long long>(m_current));
+        }
+        size_t rest = count - done;
+        if (m_bufferLen == 0 && rest >= m_bufferSize) {
+            // Large writes bypass the (empty) buffer.
+            if (!MoveOsTo(m_bufferPos))
+                break;
+            long long put = FileOs::Write(m_handle, data + done, rest);
+            if (put <= 0) {
+                if (put < 0)
+                    m_osPos = -1;
+                break;
+            }
+            m_osPos += put;
+            m_bufferPos += put;
+            done += static_cast<size_t>(put);
+            continue;
+        }
+        size_t n = std::min(rest, m_bufferSize - m_current);
+        std::memcpy(m_buffer.data() + m_current, data + done, n);
+        // One dirty range covers both writes; whatever lies between them is valid file data.
+        if (m_dirtyEnd == m_dirtyBegin) {
+            m_dirtyBegin = m_current;
+            m_dirtyEnd = m_current + n;
+        } else {
+            m_dirtyBegin = std::min(m_dirtyBegin, m_current);
+            m_dirtyEnd = std::max(m_dirtyEnd, m_current + n);
+        }
+        m_current += n;
+        m_bufferLen = std::max(m_bufferLen, m_current);
+        done += n;
+    }
+    return done;
+}
+
+bool MFile::Flush() {
+    if (m_dirtyEnd == m_dirtyBegin)
+        return true;
+    const long long position = m_bufferPos + static_cast<long long>(m_dirtyBegin);
+    const size_t size = m_dirtyEnd - m_dirtyBegin;
+    if (!MoveOsTo(position))
+        return false;
+    long long put = FileOs::Write(m_handle, m_buffer.data() + m_dirtyBegin, size);
+    if (put < 0) {
+        m_osPos = -1;
+        return false;
+    }
+    m_osPos = position + put;
+    m_dirtyBegin += static_cast<size_t>(put);
+    if (m_dirtyBegin != m_dirtyEnd)
+        return false;
+    m_dirtyBegin = m_dirtyEnd = 0;
+    return true;
+}
+
+bool MFile::MoveOsTo(long long position) {
+    if (m_osPos != position)
+        m_osPos = FileOs::Seek(m_handle, position, FileOs::Origin::Begin);
+    return m_osPos == position;
+}
+
+bool MFile::Refill() {
+    if (!Flush())
+        return false;
+    StartBufferAt(m_bufferPos + static_cast<long long>(m_current));
+    if (m_buffer.size() != m_bufferSize)
+        m_buffer.resize(m_bufferSize);
+    if (!MoveOsTo(m_bufferPos))
+        return false;
+    long long got = FileOs::Read(m_handle, m_buffer.data(), m_bufferSize);
+    if (got < 0) {
+        m_osPos = -1;
+        return false;
+    }
+    m_osPos += got;
+    m_bufferLen = static_cast<size_t>(got);
+    return got > 0;
+}
+
+void MFile::StartBufferAt(long long position) {
+    m_bufferPos = position;
+    m_bufferLen = 0;
+    m_current = 0;
+}

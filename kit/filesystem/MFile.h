@@ -1,0 +1,78 @@
+#pragma once
+// Buffered binary file. Reads, writes and seeks may be mixed freely: they all go through one
+// buffer that is written back before the file position leaves it.
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "FileSystemExport.h"
+
+namespace FileOs {
+enum class Mode;
+}
+
+class KELFS_API MFile {
+public:
+    static constexpr size_t DEFAULT_BUFFER_SIZE = 65536;
+
+    explicit MFile(size_t bufferSize = DEFAULT_BUFFER_SIZE);
+    ~MFile();
+    MFile(const MFile&) = delete;
+    MFile& operator=(const MFile&) = delete;
+
+    // A size of 0 is taken as 1. Takes effect at once: buffered data is written first, and
+    // when that fails the old size stays.
+    void SET_BUFFER_SIZE(size_t bufferSize);
+
+    // Each open closes a file that is already open first.
+    bool OPEN_READ(const wchar_t* name);   // existing file, read only
+    bool CREATE(const wchar_t* name);      // create or truncate; read and write
+    bool OPEN_UPDATE(const wchar_t* name); // existing file, read and write, content kept
+    bool IS_OPEN() const;
+    void CLOSE();
+
+    // Positions are byte offsets from the start; -1 from TELL when the file is not open.
+    long long TELL() const;
+    bool SEEK(long long position);
+    bool SEEK_RELATIVE(long long delta);
+    // Not SEEK_END: that name is the C library's macro, which every header using <cstdio>
+    // brings in.
+    bool SEEK_FROM_END(long long offset = 0);
+    bool REWIND();
+
+    // Each returns the number of items transferred: fewer than asked at the end of the file,
+    // 0 on failure. 32-bit integers are little-endian on disk whatever the host.
+    size_t READ(char* data, size_t count);
+    size_t READ(unsigned char* data, size_t count);
+    size_t READ(int32_t* data, size_t count);
+    size_t WRITE(const char* data, size_t count);
+    size_t WRITE(const unsigned char* data, size_t count);
+    size_t WRITE(const int32_t* data, size_t count);
+
+    // Copies count bytes from source's current position to this file's current position;
+    // returns the number of bytes copied.
+    unsigned long long COPY_FROM(MFile& source, unsigned long long count);
+
+    // Copies a file. With overwrite false an existing target is left alone and the copy fails.
+    static bool COPY(const wchar_t* from, const wchar_t* to, bool overwrite = true);
+
+private:
+    bool OpenAs(const wchar_t* name, FileOs::Mode mode);
+    size_t ReadBytes(unsigned char* data, size_t count);
+    size_t WriteBytes(const unsigned char* data, size_t count);
+    bool Flush();
+    bool MoveOsTo(long long position);
+    bool Refill();
+    void StartBufferAt(long long position);
+
+    intptr_t m_handle = -1; // the system's handle or descriptor, -1 when closed
+    bool m_writable = false;
+    size_t m_bufferSize;
+    std::vector<unsigned char> m_buffer; // allocated on first use
+    long long m_bufferPos = 0;           // file position of m_buffer[0]
+    size_t m_bufferLen = 0;              // valid bytes in the buffer
+    size_t m_current = 0;                // current position inside the buffer, <= m_bufferLen
+    size_t m_dirtyBegin = 0; // [m_dirtyBegin, m_dirtyEnd) is not written to the file yet
+    size_t m_dirtyEnd = 0;
+    long long m_osPos = -1; // position of the system's file pointer, -1 when unknown
+};
