@@ -1,0 +1,187 @@
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <cstring>
+#include <cwchar>
+#include <filesystem>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "KelResource.h"
+
+namespace {
+
+const unsigned int kMissingId = 4242;
+const unsigned int kFormatId = 10;
+
+// String 1000 + N of the test module is N characters long.
+unsigned int IdOfLength(size_t length) {
+    return static_cast<unsigned int>(1000 + length);
+}
+
+std::wstring Letters(size_t length) {
+    std::wstring text;
+    for (size_t i = 0; i < length; ++i)
+        text += static_cast<wchar_t>(L'a' + i % 26);
+    return text;
+}
+
+std::wstring ModulePath(HMODULE module) {
+    wchar_t path[MAX_PATH * 4];
+    DWORD length = GetModuleFileNameW(module, path, MAX_PATH * 4);
+    return std::wstring(path, length);
+}
+
+std::wstring Diagnostic(unsigned int id, HMODULE module) {
+    std::wostringstream text;
+    text << L"ID=" << id << L": can't load string from module: '" << ModulePath(module) << L"', h="
+         << std::hex << std::uppercase << reinterpret_cast<uintptr_t>(module);
+    return text.str();
+}
+
+// Loads the test module and makes it the resource module for each test.
+class KelResourceTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() { s_module = LoadLibraryW(L"kelbase_test_resources.dll"); }
+    static void TearDownTestSuite() { FreeLibrary(s_module); }
+    void SetUp() override {
+        ASSERT_NE(s_module, nullptr);
+        CKelResource::SetResInstance(s_module);
+    }
+    void TearDown() override { CKelResource::SetResInstance(nullptr); }
+
+    static HMODULE s_module;
+};
+
+HMODULE KelResourceTest::s_module = nullptr;
+
+} // namespace
+
+TEST_F(KelResourceTest, GrowingLoaderReturnsEveryLengthWhole) {
+    for (size_t length : {1, 254, 255, 256, 511, 512, 2000}) {
+        CString text = L"old content";
+        EXPECT_EQ(&MLoadString(text, IdOfLength(length)), &text);
+        EXPECT_EQ(text.GetLength(), static_cast<int>(length)) << length;
+        EXPECT_EQ(std::wstring(text.GetString()), Letters(length)) << length;
+    }
+    CString text = L"old content";
+    EXPECT_EQ(MLoadString(text, 0), L"");
+    EXPECT_EQ(MLoadString(text, kMissingId), Diagnostic(kMissingId, s_module).c_str());
+}
+
+TEST_F(KelResourceTest, FixedBufferIsTruncatedAndTerminated) {
+    std::vector<wchar_t> buffer(300, L'#');
+    EXPECT_EQ(MLoadString(IdOfLength(2000), buffer.data(), 256), buffer.data());
+    EXPECT_EQ(std::wstring(buffer.data()), Letters(255));
+    EXPECT_EQ(buffer[256], L'#');
+
+    EXPECT_EQ(std::wstring(MLoadString(IdOfLength(254), buffer.data(), 300)), Letters(254));
+    EXPECT_EQ(std::wstring(MLoadString(s_module, IdOfLength(1), buffer.data(), 300)), L"a");
+
+    // Size 0 touches nothing; id 0 is the empty string.
+    buffer.assign(300, L'#');
+    EXPECT_EQ(MLoadString(IdOfLength(1), buffer.data(), 0), buffer.data());
+    EXPECT_EQ(buffer[0], L'#');
+    EXPECT_EQ(MLoadString(0, buffer.data(), 300), buffer.data());
+    EXPECT_EQ(buffer[0], L'\0');
+    EXPECT_EQ(buffer[1], L'#');
+}
+
+TEST_F(KelResourceTest, MissingStringYieldsTheDiagnostic) {
+    const std::wstring expected = Diagnostic(kMissingId, s_module);
+    std::vector<wchar_t> buffer(300, L'#');
+    MLoadString(kMissingId, buffer.data(), 300);
+    EXPECT_EQ(std::wstring(buffer.data()), expected);
+
+    // Cut to small buffers, always terminated, never written past.
+    for (size_t size : {1, 2, 10, 40}) {
+        buffer.assign(300, L'#');
+        MLoadString(kMissingId, buffer.data(), size);
+        EXPECT_EQ(std::wstring(buffer.data()), expected.substr(0, size - 1)) << size;
+        EXPECT_EQ(buffer[size], L'#') << size;
+    }
+
+    // Without a resource module the executable is named, with handle 0.
+    buffer.assign(300, L'#');
+    MLoadString(nullptr, kMissingId, buffer.data(), 300);
+    EXPECT_EQ(std::wstring(buffer.data()), Diagnostic(kMissingId, nullptr));
+    EXPECT_NE(std::wstring(buffer.data()).find(L"', h=0"), std::wstring::npos);
+}
+
+TEST_F(KelResourceTest, DiagnosticIsCutTo199Characters) {
+    // A module whose path alone is longer than the diagnostic's local buffer.
+    namespace fs = std::filesystem;
+    const fs::path folder = fs::temp_directory_path() / std::wstring(170, L'd');
+    fs::create_directories(folder);
+    const fs::path copy = folder / L"kelbase_test_resources.dll";
+    fs::copy_file(ModulePath(s_module), copy, fs::copy_options::overwrite_existing);
+    HMODULE module = LoadLibraryW(copy.c_str());
+    ASSERT_NE(module, nullptr);
+
+    std::vector<wchar_t> buffer(1000, L'#');
+    MLoadString(module, kMissingId, buffer.data(), 1000);
+    const std::wstring expected = Diagnostic(kMissingId, module);
+    ASSERT_GT(expected.size(), 199u);
+    EXPECT_EQ(std::wstring(buffer.data()), expected.substr(0, 199));
+
+    FreeLibrary(module);
+    fs::remove_all(folder);
+}
+
+TEST_F(KelResourceTest, FormattedStringUsesTheResourceAsFormat) {
+    wchar_t buffer[64];
+    EXPECT_EQ(MLoadStringF(kFormatId, buffer, 64, 3, L"the box"), buffer);
+    EXPECT_STREQ(buffer, L"3 items in the box");
+
+    MLoadStringF(kFormatId, buffer, 8, 12, L"the box");
+    EXPECT_STREQ(buffer, L"12 item");
+
+    // An unknown id formats the diagnostic, which holds no conversions.
+    std::vector<wchar_t> expected(300);
+    MLoadString(kMissingId, expected.data(), 300);
+    MLoadStringF(kMissingId, buffer, 64, 1, 2);
+    EXPECT_EQ(std::wstring(buffer), std::wstring(expected.data()).substr(0, 63));
+
+    wchar_t untouched[4] = L"abc";
+    MLoadStringF(kFormatId, untouched, 0, 1, L"x");
+    EXPECT_STREQ(untouched, L"abc");
+}
+
+TEST_F(KelResourceTest, RawResourcesAndTheLastError) {
+    CKelResource resource;
+    EXPECT_EQ(resource.GetData(), nullptr);
+    ASSERT_TRUE(resource.Load(L"SAMPLE", L"KELDATA"));
+    const std::string bytes = "raw resource bytes";
+    ASSERT_EQ(resource.GetSizeInBytes(), bytes.size());
+    EXPECT_EQ(std::memcmp(resource.GetData(), bytes.data(), bytes.size()), 0);
+
+    CKelResource copy;
+    copy = resource;
+    EXPECT_EQ(copy.GetData(), resource.GetData());
+    EXPECT_EQ(copy.GetSizeInBytes(), bytes.size());
+    copy.Release();
+    EXPECT_EQ(copy.GetData(), nullptr);
+    EXPECT_NE(resource.GetData(), nullptr);
+
+    // An empty resource is found and loaded but cannot be locked: a failure with an error.
+    SetLastError(0);
+    EXPECT_FALSE(resource.Load(L"EMPTY", L"KELDATA"));
+    EXPECT_EQ(resource.GetData(), nullptr);
+    EXPECT_EQ(resource.GetSizeInBytes(), 0u);
+    EXPECT_NE(GetLastError(), 0u);
+
+    EXPECT_FALSE(resource.Load(L"NOTTHERE", L"KELDATA"));
+    EXPECT_EQ(resource.GetData(), nullptr);
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_RESOURCE_NAME_NOT_FOUND));
+}
+
+TEST(KelGetLastError, NeverReturnsZero) {
+    SetLastError(0);
+    EXPECT_EQ(KelGetLastError(), 1u);
+    EXPECT_EQ(GetLastError(), 1u);
+    SetLastError(ERROR_ACCESS_DENIED);
+    EXPECT_EQ(KelGetLastError(), static_cast<unsigned long>(ERROR_ACCESS_DENIED));
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_ACCESS_DENIED));
+}
