@@ -37,6 +37,12 @@ bool IsOneOf(wchar_t ch, const wchar_t* targets) {
     return false;
 }
 
+void MapCharacters(std::wstring& text, std::wint_t (*map)(std::wint_t)) {
+    for (wchar_t& ch : text) {
+        ch = static_cast<wchar_t>(map(static_cast<std::wint_t>(ch)));
+    }
+}
+
 } // namespace
 
 CString::CString(const wchar_t* text) : m_str(TextOrEmpty(text)) {}
@@ -278,15 +284,11 @@ int CString::Replace(const wchar_t* oldText, const wchar_t* newText) {
 }
 
 CString& CString::MakeLower() {
-    for (wchar_t& ch : m_str) {
-        ch = static_cast<wchar_t>(std::towlower(static_cast<std::wint_t>(ch)));
-    }
+    MapCharacters(m_str, [](std::wint_t ch) { return std::towlower(ch); });
     return *this;
 }
 
 CString& CString::MakeUpper() {
-    for (wchar_t& ch : m_str) {
-        ch = static_cast<wchar_t>(std::towupper(static_cast<std::wint_t>(ch)));
-    }
+    MapCharacters(m_str, [](std::wint_t ch) { return std::towupper(ch); });
     return *this;
 }
