@@ -1,0 +1,26 @@
+#pragma once
+// Formatting with the platform's wide printf conventions and narrow/wide conversions in the
+// active code page.
+#include <cstdarg>
+#include <string>
+
+#include "StdBaseExport.h"
+
+namespace StdBase {
+
+// printf-style formatting where %s and %c take WIDE arguments, %S and %C narrow ones, and
+// %hs/%hc (narrow) or %ls/%lc/%ws/%wc (wide) say so explicitly. Integer length modifiers
+// h, hh, l, ll, j, z, t, I (pointer sized), I32 and I64 are understood. The result has any
+// length. A conversion the formatter does not know is copied to the output as written; %n is
+// never honoured (its pointer argument is skipped). Returns an empty string when the
+// arguments cannot be converted (e.g. a narrow text that is invalid in the current locale).
+KELSTD_API std::wstring FormatString(const wchar_t* format, ...);
+KELSTD_API std::wstring VFormatString(const wchar_t* format, va_list args);
+
+// Narrow text in the active code page (natively: the current C locale) to wide and back.
+// Bytes that form no character become a replacement character (U+FFFD natively); wide
+// characters without a narrow form become '?'. Embedded NUL characters are kept.
+KELSTD_API std::wstring ConvertAnsiToUnicode(const std::string& text);
+KELSTD_API std::string ConvertUnicodeToAnsi(const std::wstring& text);
+
+} // namespace StdBase
