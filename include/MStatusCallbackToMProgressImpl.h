@@ -1,0 +1,71 @@
+#pragma once
+// The library's status listener: turns STATUS_BEGIN/COUNT/INC/END into MProgress levels, one
+// stack of levels per reporting thread, all sharing the progress manager's windows and sink.
+// Everything that is not progress (messages, warnings, tooltips, modes) is accepted and ignored.
+#include <map>
+#include <vector>
+
+#include "IStatusCallback.h"
+#include "KelBaseExport.h"
+#include "Locking.h"
+
+class MProgress;
+
+class KELBASE_API MStatusCallbackToMProgressImpl : public IStatusCallback,
+                                                   public StdBase::LocalLocking {
+public:
+    // With `listen` the new object installs itself as the listener.
+    explicit MStatusCallbackToMProgressImpl(bool listen = true);
+    // Uninstalls whatever listener is installed. Levels still open are not deleted.
+    ~MStatusCallbackToMProgressImpl() override;
+    MStatusCallbackToMProgressImpl(const MStatusCallbackToMProgressImpl&) = delete;
+    MStatusCallbackToMProgressImpl& operator=(const MStatusCallbackToMProgressImpl&) = delete;
+
+    void StartListen() override;
+    void StopListen() override;
+
+protected:
+    void Status(unsigned int id, va_list args) override;
+    void Status(const wchar_t* format, va_list args) override;
+    void StatusTemp(unsigned int id, va_list args) override;
+    bool StatusCount(double position) override;
+    bool StatusInc(double delta) override;
+    void StatusInit(unsigned int id, va_list args) override;
+    void StatusInit(const wchar_t* format, va_list args) override;
+    void StatusInitText(const wchar_t* text) override;
+    void StatusInitKelResString(unsigned int id, va_list args) override;
+    void StatusInitKelResString(const wchar_t* format, va_list args) override;
+    void StatusMode(unsigned long mode, unsigned short flags, bool on) override;
+    HWND StatusParent(HWND parent) override;
+    void StatusStop() override;
+    bool StatusGetAbort() override;
+    void StatusBegin(double low, double high, unsigned int id, va_list args) override;
+    void StatusBegin(double low, double high, const wchar_t* format, va_list args) override;
+    void StatusEnd() override;
+    bool StatusText(short kind, const wchar_t* format, va_list args) override;
+    void StatusBeginKelResString(double low, double high, unsigned int id, va_list args) override;
+    bool StatusTextInfo(const wchar_t* format, va_list args) override;
+    bool StatusTextWarning(const wchar_t* format, va_list args) override;
+    bool StatusTextError(const wchar_t* format, va_list args) override;
+    void StatusTextMode(unsigned short mode, unsigned short flags) override;
+    void TooltipText(const wchar_t* text) override;
+    void TooltipShow(bool show) override;
+    void StatusError(unsigned int id, va_list args) override;
+    void StatusError(const wchar_t* format, va_list args) override;
+    void StatusMessage(unsigned int id, va_list args) override;
+    void StatusMessage(const wchar_t* format, va_list args) override;
+    void StatusWarning(unsigned int id, va_list args) override;
+    void StatusWarning(const wchar_t* format, va_list args) override;
+
+    // The calling thread's id (GetCurrentThreadId on Windows).
+    unsigned int GetThreadId() const;
+
+private:
+    // The calling thread's levels, outermost first; created empty on the thread's first call.
+    std::vector<MProgress*>& _CurrentLevels();
+
+    // Levels by thread id, owned: created by StatusBegin, deleted by StatusEnd. Entries are
+    // never removed, and no lock guards the map: each thread touches only its own stack, so
+    // only two threads' very first calls must not race (the caller's duty).
+    std::map<unsigned int, std::vector<MProgress*>> m_levelsByThread;
+};

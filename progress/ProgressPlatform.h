@@ -1,0 +1,22 @@
+#pragma once
+// What the progress family needs from the operating system. ProgressPlatformWin.cpp gives the
+// Windows functions; ProgressPlatformNative.cpp stands in on systems without window messages.
+#include <cstdint>
+#include <string>
+
+#include "KelWindowHandle.h"
+
+namespace KelBase {
+
+// The platform's delivery of a progress message: synchronous to a window of the calling thread,
+// queued to a window of another thread unless onlyCurrentThreadWindows, else dropped.
+void DeliverProgressMessage(HWND window, unsigned int message, std::uintptr_t wParam,
+                            std::intptr_t lParam, bool onlyCurrentThreadWindows);
+
+// The calling thread's id.
+unsigned int CurrentThreadId();
+
+// String `id` of the resource module, of any length; empty for id 0.
+std::wstring LoadModuleString(unsigned int id);
+
+} // namespace KelBase
