@@ -2,6 +2,7 @@
 #include "MFileName.h"
 
 #include <algorithm>
+#include <functional>
 #include <locale>
 #include <string_view>
 
@@ -84,8 +85,10 @@ bool MatchesIgnoringCase(const std::wstring& part, const wchar_t* pattern) {
 
 } // namespace
 
-bool POSITION_PATH_PARTS(const std::wstring& path, std::wstring& drive, std::wstring& dir,
-                         std::wstring& file, std::wstring& ext, bool dirOnly) {
+namespace {
+
+bool SplitPath(std::wstring_view path, std::wstring& drive, std::wstring& dir, std::wstring& file,
+               std::wstring& ext, bool dirOnly) {
     drive.clear();
     dir.clear();
     file.clear();
@@ -93,26 +96,33 @@ bool POSITION_PATH_PARTS(const std::wstring& path, std::wstring& drive, std::wst
     if (path.empty())
         return false;
     // A path that starts by going up is taken as starting below a root directory.
-    const std::wstring text = path.compare(0, 2, L"..") == 0 ? L"\\" + path : path;
-    const Grammar::Parts parts = Grammar::Decompose(text);
-    const std::wstring root = std::wstring(parts.rootName) + std::wstring(parts.rootDirectory);
+    const bool goesUp = path.compare(0, 2, L"..") == 0;
+    const std::wstring rooted = goesUp ? L"\\" + std::wstring(path) : std::wstring();
+    const Grammar::Parts parts = Grammar::Decompose(goesUp ? std::wstring_view(rooted) : path);
     if (dirOnly) {
-        drive = root;
-        dir = parts.relativePath;
+        drive.assign(parts.rootName).append(parts.rootDirectory);
+        dir.assign(parts.relativePath);
         return true;
     }
     // A root name without a root directory ("C:name") is dropped: such a path has no drive.
     if (!parts.rootDirectory.empty())
-        drive = root;
+        drive.assign(parts.rootName).append(parts.rootDirectory);
     // The directory keeps its trailing separator: only the last element is cut off.
-    dir = parts.relativePath.substr(0, parts.relativePath.size() - parts.fileName.size());
+    dir.assign(parts.relativePath.substr(0, parts.relativePath.size() - parts.fileName.size()));
     // The last element never holds a separator in this grammar, so the root never turns up as a
     // file name; "." (the folder itself) gives none either.
     if (parts.fileName != L".") {
-        file = Grammar::Stem(parts.fileName);
-        ext = Grammar::Extension(parts.fileName);
+        file.assign(Grammar::Stem(parts.fileName));
+        ext.assign(Grammar::Extension(parts.fileName));
     }
     return true;
+}
+
+} // namespace
+
+bool POSITION_PATH_PARTS(const std::wstring& path, std::wstring& drive, std::wstring& dir,
+                         std::wstring& file, std::wstring& ext, bool dirOnly) {
+    return SplitPath(path, drive, dir, file, ext, dirOnly);
 }
 
 MFileName::MFileName() {
@@ -174,7 +184,15 @@ void MFileName::FREE() {
 }
 
 void MFileName::SET(const wchar_t* path, bool dirOnly) {
-    POSITION_PATH_PARTS(std::wstring(View(path)), m_drive, m_dir, m_file, m_ext, dirOnly);
+    // The split empties the parts first, so a path that points into one of them is copied.
+    const std::less<const wchar_t*> before;
+    const auto inside = [&](const std::wstring& part) {
+        return !before(path, part.data()) && before(path, part.data() + part.size());
+    };
+    if (path && (inside(m_drive) || inside(m_dir) || inside(m_file) || inside(m_ext)))
+        SplitPath(std::wstring(path), m_drive, m_dir, m_file, m_ext, dirOnly);
+    else
+        SplitPath(View(path), m_drive, m_dir, m_file, m_ext, dirOnly);
     GET();
 }
 

@@ -150,6 +150,14 @@ TEST(MFileNameTest, ComposesFromParts) {
     EXPECT_EQ(MFileName(L"C:\\f.txt").GET_DRIVE_DIR_PARTS(false), L"C:\\");
     EXPECT_EQ(MFileName(L"", L"x/", L"", L"").GET_DRIVE_DIR_PARTS(true), L"x/");
     EXPECT_EQ(name.GET_FILE_EXT_PARTS(), L"f.txt");
+
+    // Set from its own texts.
+    name.SET(name.GET_DIR_PART());
+    EXPECT_STREQ(name.GET_DIR_PART(), L"a\\");
+    EXPECT_STREQ(name.GET(), L"\\a\\");
+    name.SET(name.GET());
+    EXPECT_STREQ(name.GET_DRIVE_PART(), L"\\");
+    EXPECT_STREQ(name.GET(), L"\\a\\");
 }
 
 TEST(MFileNameTest, PartSettersCutAndStop) {
