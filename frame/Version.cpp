@@ -8,6 +8,8 @@ const wchar_t* KelBaseGetVersion() { return KEL_WIDEN(KELBASE_VERSION); }
 const wchar_t* const* KelBaseGetFamilies() {
     static const wchar_t* const families[] = {
         L"frame: module start-up, resource strings, conversions, blob buffers, string maps",
+        L"file names: MFileName path parts, comparisons, file operations, temporary and safe "
+        L"names; MFileUtility file-name repair",
         nullptr,
     };
     return families;

@@ -2,3 +2,5 @@
 // Umbrella header: every exported family of KelSDK.Base.
 #include "KelBaseExport.h"
 #include "KelBaseVersion.h"
+#include "MFileName.h"
+#include "MFileUtility.h"
