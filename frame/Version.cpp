@@ -10,6 +10,8 @@ const wchar_t* const* KelBaseGetFamilies() {
         L"frame: module start-up, resource strings, conversions, blob buffers, string maps",
         L"file names: MFileName path parts, comparisons, file operations, temporary and safe "
         L"names; MFileUtility file-name repair",
+        L"checksums: COXCheckSum8/16/32 additive checksums; COXCRC16 and COXCRC32 CRCs for any "
+        L"polynomial over blocks and files, tables shared per polynomial",
         nullptr,
     };
     return families;

@@ -4,3 +4,4 @@
 #include "KelBaseVersion.h"
 #include "MFileName.h"
 #include "MFileUtility.h"
+#include "COXCheckBase.h"

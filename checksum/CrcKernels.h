@@ -1,0 +1,64 @@
+#pragma once
+// Block loops of the CRC classes. They need no operating system and no object state: each
+// takes the running register, the data and the tables of one polynomial, and returns the new
+// register. The results are bit-identical to the one-lookup-per-byte definition for every
+// polynomial, start value and length; only the speed differs.
+#include <cstddef>
+#include <cstdint>
+
+namespace KelBase {
+namespace Crc {
+
+// Constants kept per polynomial beside its tables. A fold pair multiplies the low and the high
+// half of a 16-byte lane to move it the given number of bits further on; the stripe shift
+// moves a register over one stripe of the eight-byte loop.
+enum Constant {
+    FoldRegionLow,
+    FoldRegionHigh,
+    Fold2048Low,
+    Fold2048High,
+    Fold512Low,
+    Fold512High,
+    Fold128Low,
+    Fold128High,
+    StripeShift,
+    Polynomial,
+    ConstantCount
+};
+
+// tables[0] is the byte table; tables[k][i] is the register after byte i followed by k zero
+// bytes, so that eight bytes take eight independent lookups.
+// The 32-bit tables are for the reflected CRC, the 16-bit ones for the most significant bit
+// first CRC.
+void BuildTables(std::uint32_t polynomial, std::uint32_t (*tables)[256], std::uint64_t* constants);
+void BuildTables(std::uint16_t polynomial, std::uint16_t (*tables)[256], std::uint64_t* constants);
+
+// Reflected (least significant bit first) 32-bit CRC.
+using Crc32Loop = std::uint32_t (*)(std::uint32_t crc, const unsigned char* data,
+                                    std::size_t length, const std::uint32_t (*tables)[256],
+                                    const std::uint64_t* constants);
+// Most significant bit first 16-bit CRC.
+using Crc16Loop = std::uint16_t (*)(std::uint16_t crc, const unsigned char* data,
+                                    std::size_t length, const std::uint16_t (*tables)[256],
+                                    const std::uint64_t* constants);
+
+// The portable loops: eight bytes per step, three stripes at a time on long blocks.
+std::uint32_t Crc32Slice8(std::uint32_t crc, const unsigned char* data, std::size_t length,
+                          const std::uint32_t (*tables)[256], const std::uint64_t* constants);
+std::uint16_t Crc16Slice8(std::uint16_t crc, const unsigned char* data, std::size_t length,
+                          const std::uint16_t (*tables)[256], const std::uint64_t* constants);
+
+// Carry-less-multiply loops; null when the processor (or the system) cannot run them.
+// Clmul needs PCLMULQDQ with SSE4.1; Wide needs VPCLMULQDQ with AVX-512 and falls back to
+// the Clmul loop below a few hundred bytes.
+Crc32Loop Crc32Clmul();
+Crc16Loop Crc16Clmul();
+Crc32Loop Crc32Wide();
+Crc16Loop Crc16Wide();
+
+// The fastest loop this processor runs, chosen once.
+Crc32Loop Crc32Best();
+Crc16Loop Crc16Best();
+
+} // namespace Crc
+} // namespace KelBase

@@ -1,0 +1,162 @@
+// Every block loop against the bit-at-a-time definition of the two CRCs, over many
+// polynomials, start values, lengths and alignments. The carry-less loops run only where the
+// processor has them; the test records which loops it checked.
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "CrcKernels.h"
+
+using namespace KelBase::Crc;
+
+namespace {
+
+std::uint32_t BitwiseCrc32(std::uint32_t polynomial, std::uint32_t crc, const unsigned char* data,
+                           std::size_t length) {
+    for (std::size_t i = 0; i < length; ++i) {
+        crc ^= data[i];
+        for (int bit = 0; bit < 8; ++bit)
+            crc = (crc & 1u) ? (crc >> 1) ^ polynomial : crc >> 1;
+    }
+    return crc;
+}
+
+std::uint16_t BitwiseCrc16(std::uint16_t polynomial, std::uint16_t crc, const unsigned char* data,
+                           std::size_t length) {
+    for (std::size_t i = 0; i < length; ++i) {
+        crc = static_cast<std::uint16_t>(crc ^ (data[i] << 8));
+        for (int bit = 0; bit < 8; ++bit)
+            crc = static_cast<std::uint16_t>((crc & 0x8000u) ? (crc << 1) ^ polynomial : crc << 1);
+    }
+    return crc;
+}
+
+template <class Loop> struct NamedLoop {
+    const char* name;
+    Loop loop;
+};
+
+template <class Loop>
+std::vector<NamedLoop<Loop>> Available(Loop portable, Loop clmul, Loop wide, Loop best) {
+    std::vector<NamedLoop<Loop>> loops = {{"portable", portable}, {"best", best}};
+    if (clmul)
+        loops.push_back({"clmul", clmul});
+    if (wide)
+        loops.push_back({"wide", wide});
+    return loops;
+}
+
+template <class Loop> std::string Names(const std::vector<NamedLoop<Loop>>& loops) {
+    std::string names;
+    for (const auto& loop : loops)
+        names += std::string(names.empty() ? "" : " ") + loop.name;
+    return names;
+}
+
+// Short lengths one by one, then lengths around every threshold of the loops (lanes, stripes,
+// regions), each at several misalignments.
+std::vector<std::size_t> Lengths() {
+    std::vector<std::size_t> lengths;
+    for (std::size_t n = 0; n <= 300; ++n)
+        lengths.push_back(n);
+    for (std::size_t n : {511, 512, 513, 1000, 2048, 4095, 20480, 20481, 65535, 65792, 65793})
+        lengths.push_back(n);
+    return lengths;
+}
+
+const std::size_t LongLength = 4 * 65536 + 4 * 256 + 77;
+
+class CrcKernelTest : public ::testing::Test {
+protected:
+    CrcKernelTest() : m_data(LongLength + 64) {
+        for (auto& byte : m_data)
+            byte = static_cast<unsigned char>(m_random());
+    }
+
+    // Standard polynomials, the degenerate ones and random ones.
+    template <class T> std::vector<T> Polynomials(std::vector<T> fixed, int randomCount) {
+        for (int i = 0; i < randomCount; ++i)
+            fixed.push_back(static_cast<T>(m_random()));
+        return fixed;
+    }
+
+    std::mt19937_64 m_random{20240611};
+    std::vector<unsigned char> m_data;
+};
+
+TEST_F(CrcKernelTest, Crc32LoopsMatchTheBitwiseDefinition) {
+    const auto loops = Available<Crc32Loop>(Crc32Slice8, Crc32Clmul(), Crc32Wide(), Crc32Best());
+    RecordProperty("loops", Names(loops));
+    static std::uint32_t tables[8][256];
+    std::uint64_t constants[ConstantCount];
+    const auto polynomials =
+        Polynomials<std::uint32_t>({0xEDB88320, 0x82F63B78, 0, 1, 0x80000000, 0xFFFFFFFF}, 10);
+    for (std::uint32_t polynomial : polynomials) {
+        BuildTables(polynomial, tables, constants);
+        for (std::size_t length : Lengths()) {
+            const std::size_t offset = m_random() % 64;
+            const std::uint32_t start = static_cast<std::uint32_t>(m_random());
+            const unsigned char* data = m_data.data() + offset;
+            const std::uint32_t expected = BitwiseCrc32(polynomial, start, data, length);
+            for (const auto& loop : loops)
+                ASSERT_EQ(expected, loop.loop(start, data, length, tables, constants))
+                    << loop.name << " polynomial " << polynomial << " length " << length
+                    << " offset " << offset;
+        }
+    }
+}
+
+TEST_F(CrcKernelTest, Crc16LoopsMatchTheBitwiseDefinition) {
+    const auto loops = Available<Crc16Loop>(Crc16Slice8, Crc16Clmul(), Crc16Wide(), Crc16Best());
+    RecordProperty("loops", Names(loops));
+    static std::uint16_t tables[8][256];
+    std::uint64_t constants[ConstantCount];
+    const auto polynomials =
+        Polynomials<std::uint16_t>({0x1021, 0x8005, 0x3D65, 0, 1, 0x8000, 0xFFFF}, 10);
+    for (std::uint16_t polynomial : polynomials) {
+        BuildTables(polynomial, tables, constants);
+        for (std::size_t length : Lengths()) {
+            const std::size_t offset = m_random() % 64;
+            const std::uint16_t start = static_cast<std::uint16_t>(m_random());
+            const unsigned char* data = m_data.data() + offset;
+            const std::uint16_t expected = BitwiseCrc16(polynomial, start, data, length);
+            for (const auto& loop : loops)
+                ASSERT_EQ(expected, loop.loop(start, data, length, tables, constants))
+                    << loop.name << " polynomial " << polynomial << " length " << length
+                    << " offset " << offset;
+        }
+    }
+}
+
+// Several regions of the carry-less loops and several stripe groups of the portable one.
+TEST_F(CrcKernelTest, LongBlocksMatchTheBitwiseDefinition) {
+    const auto loops32 = Available<Crc32Loop>(Crc32Slice8, Crc32Clmul(), Crc32Wide(), Crc32Best());
+    const auto loops16 = Available<Crc16Loop>(Crc16Slice8, Crc16Clmul(), Crc16Wide(), Crc16Best());
+    static std::uint32_t tables32[8][256];
+    static std::uint16_t tables16[8][256];
+    std::uint64_t constants32[ConstantCount], constants16[ConstantCount];
+    for (int round = 0; round < 3; ++round) {
+        const std::uint32_t polynomial = static_cast<std::uint32_t>(m_random());
+        BuildTables(polynomial, tables32, constants32);
+        BuildTables(static_cast<std::uint16_t>(polynomial), tables16, constants16);
+        const std::size_t offset = 1 + round;
+        const unsigned char* data = m_data.data() + offset;
+        const std::uint32_t start = static_cast<std::uint32_t>(m_random());
+        const std::uint32_t expected32 = BitwiseCrc32(polynomial, start, data, LongLength);
+        const std::uint16_t expected16 =
+            BitwiseCrc16(static_cast<std::uint16_t>(polynomial), static_cast<std::uint16_t>(start),
+                         data, LongLength);
+        for (const auto& loop : loops32)
+            EXPECT_EQ(expected32, loop.loop(start, data, LongLength, tables32, constants32))
+                << loop.name;
+        for (const auto& loop : loops16)
+            EXPECT_EQ(expected16, loop.loop(static_cast<std::uint16_t>(start), data, LongLength,
+                                            tables16, constants16))
+                << loop.name;
+    }
+}
+
+} // namespace
