@@ -74,6 +74,14 @@ std::wstring QuerySystemPath(DWORD(WINAPI* query)(DWORD, LPWSTR)) {
     }
 }
 
+bool SetFolder(MFileName& name, DWORD(WINAPI* query)(DWORD, LPWSTR)) {
+    const std::wstring path = QuerySystemPath(query);
+    if (path.empty())
+        return false;
+    name.SET(path.c_str(), true);
+    return true;
+}
+
 long long DecimalDigits(unsigned value) {
     long long digits = 0;
     for (; value != 0; value /= 10)
@@ -175,19 +183,11 @@ bool MFileName::FILL_WITH_MODULE_PATH(HINSTANCE module) {
 }
 
 bool MFileName::FILL_WITH_WORKING_PATH() {
-    const std::wstring path = QuerySystemPath(GetCurrentDirectoryW);
-    if (path.empty())
-        return false;
-    SET(path.c_str(), true);
-    return true;
+    return SetFolder(*this, GetCurrentDirectoryW);
 }
 
 bool MFileName::FILL_WITH_TEMPORARY_PATH() {
-    const std::wstring path = QuerySystemPath(GetTempPathW);
-    if (path.empty())
-        return false;
-    SET(path.c_str(), true);
-    return true;
+    return SetFolder(*this, GetTempPathW);
 }
 
 unsigned short MFileName::SET_TEMP_NAME(const wchar_t* dir, const wchar_t* prefix,

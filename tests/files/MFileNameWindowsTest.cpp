@@ -146,6 +146,21 @@ TEST_F(MFileNameFiles, QueriesTheFileSystem) {
     EXPECT_TRUE(file.IS_WRITABLE());
     EXPECT_TRUE(file.IS_UPDATABLE());
 
+    WriteFile(Path(L"locked.bin"), "x");
+    ASSERT_TRUE(SetFileAttributesW(Path(L"locked.bin").c_str(), FILE_ATTRIBUTE_READONLY));
+    const MFileName locked(Path(L"locked.bin").c_str());
+    EXPECT_FALSE(locked.IS_WRITABLE());
+    EXPECT_TRUE(locked.DOES_EXIST());
+    SetFileAttributesW(Path(L"locked.bin").c_str(), FILE_ATTRIBUTE_NORMAL);
+    // Held open without sharing: writable by its attributes, yet not to be opened for update.
+    const HANDLE held = CreateFileW(Path(L"locked.bin").c_str(), GENERIC_READ, 0, nullptr,
+                                    OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(held, INVALID_HANDLE_VALUE);
+    EXPECT_TRUE(locked.IS_WRITABLE());
+    EXPECT_FALSE(locked.IS_UPDATABLE());
+    CloseHandle(held);
+    EXPECT_TRUE(locked.IS_UPDATABLE());
+
     const MFileName missing(Path(L"missing.bin").c_str());
     EXPECT_FALSE(missing.DOES_EXIST());
     EXPECT_FALSE(missing.IS_WRITABLE());
