@@ -12,6 +12,8 @@ const wchar_t* const* KelBaseGetFamilies() {
         L"names; MFileUtility file-name repair",
         L"checksums: COXCheckSum8/16/32 additive checksums; COXCRC16 and COXCRC32 CRCs for any "
         L"polynomial over blocks and files, tables shared per polynomial",
+        L"progress: MProgress levels, MProgressManager window messages 2024-2028 and sink, "
+        L"IStatusCallback status channel, MStatusCallbackToMProgressImpl per-thread adapter",
         nullptr,
     };
     return families;

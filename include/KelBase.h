@@ -5,3 +5,7 @@
 #include "MFileName.h"
 #include "MFileUtility.h"
 #include "COXCheckBase.h"
+#include "MProgress.h"
+#include "MProgressManager.h"
+#include "IStatusCallback.h"
+#include "MStatusCallbackToMProgressImpl.h"
