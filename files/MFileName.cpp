@@ -83,10 +83,6 @@ bool MatchesIgnoringCase(const std::wstring& part, const wchar_t* pattern) {
     return WildcardMatch(Lowered(part), Lowered(View(pattern)));
 }
 
-} // namespace
-
-namespace {
-
 bool SplitPath(std::wstring_view path, std::wstring& drive, std::wstring& dir, std::wstring& file,
                std::wstring& ext, bool dirOnly) {
     drive.clear();
@@ -226,7 +222,9 @@ const wchar_t* MFileName::GET() const {
     full.reserve(m_drive.size() + m_dir.size() + m_file.size() + m_ext.size() + 2);
     full += m_drive;
     // A name that holds only a directory is rooted; one with a drive needs no separator, as the
-    // drive ends with one.
+    // drive ends with one. Slash and backslash both count as a separator already there, so
+    // paths written with slashes compose back as written and a directory that starts with one
+    // gets no second one (which would make it a network root).
     if (m_drive.empty() && !m_dir.empty() && !hasName && !Grammar::IsSeparator(m_dir.front()))
         full += L'\\';
     full += m_dir;

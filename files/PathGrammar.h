@@ -3,6 +3,8 @@
 // (the native build's std::filesystem follows POSIX rules). The results are those of
 // std::filesystem::path on Windows: both slash and backslash separate, "X:" is a root name,
 // and so are the network root "\\server" and the device prefixes "\\?", "\\." and "\??".
+// (The mingw runtime agrees except there: it takes a leading pair of separators for a root
+// directory.)
 #include <cstddef>
 #include <string_view>
 
