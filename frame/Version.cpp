@@ -14,6 +14,7 @@ const wchar_t* const* KelBaseGetFamilies() {
         L"polynomial over blocks and files, tables shared per polynomial",
         L"progress: MProgress levels, MProgressManager window messages 2024-2028 and sink, "
         L"IStatusCallback status channel, MStatusCallbackToMProgressImpl per-thread adapter",
+        L"clipboard: CopyStringToClipboard (narrow and wide) and GetTextFromClipboard",
         nullptr,
     };
     return families;

@@ -9,3 +9,4 @@
 #include "MProgressManager.h"
 #include "IStatusCallback.h"
 #include "MStatusCallbackToMProgressImpl.h"
+#include "Clipboard.h"
