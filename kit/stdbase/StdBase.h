@@ -23,4 +23,8 @@ KELSTD_API std::wstring VFormatString(const wchar_t* format, va_list args);
 KELSTD_API std::wstring ConvertAnsiToUnicode(const std::string& text);
 KELSTD_API std::string ConvertUnicodeToAnsi(const std::wstring& text);
 
+// Wide text (UTF-16 on Windows, UTF-32 elsewhere) to UTF-8, independent of any locale. Lone
+// surrogates and values outside Unicode become U+FFFD.
+KELSTD_API std::string ConvertUnicodeToUtf8(const std::wstring& text);
+
 } // namespace StdBase

@@ -40,3 +40,20 @@ TEST(AnsiConversion, FollowsTheCurrentLocale) {
     std::setlocale(LC_CTYPE, previous.c_str());
 }
 #endif
+
+TEST(Utf8Conversion, EncodesEveryLengthAndReplacesInvalidValues) {
+    using StdBase::ConvertUnicodeToUtf8;
+    EXPECT_EQ(std::string("a\0b", 3), ConvertUnicodeToUtf8(std::wstring(L"a\0b", 3)));
+    EXPECT_EQ("\xC3\xA9\xDF\xBF\xE0\xA0\x80\xE2\x82\xAC\xEF\xBF\xBF",
+              ConvertUnicodeToUtf8(L"\x00E9\x07FF\x0800\x20AC\xFFFF"));
+    // U+1F600 is a surrogate pair on Windows and one unit elsewhere.
+    std::wstring emoji;
+    if (sizeof(wchar_t) == 2)
+        emoji = {static_cast<wchar_t>(0xD83D), static_cast<wchar_t>(0xDE00)};
+    else
+        emoji = {static_cast<wchar_t>(0x1F600)};
+    EXPECT_EQ("\xF0\x9F\x98\x80", ConvertUnicodeToUtf8(emoji));
+    // Lone surrogates, in either order or at the end, become U+FFFD one by one.
+    const std::wstring lone = {static_cast<wchar_t>(0xDE00), L'x', static_cast<wchar_t>(0xD83D)};
+    EXPECT_EQ("\xEF\xBF\xBDx\xEF\xBF\xBD", ConvertUnicodeToUtf8(lone));
+}
