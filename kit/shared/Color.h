@@ -1,0 +1,43 @@
+#pragma once
+// An RGB colour with an alpha channel, one byte per channel, convertible to and from the
+// platform's COLORREF layout 0x00BBGGRR.
+#include <cstdint>
+
+namespace KelSDK::Common {
+
+class Color {
+public:
+    // Opaque black.
+    constexpr Color() = default;
+    constexpr Color(uint8_t red, uint8_t green, uint8_t blue, uint8_t alpha = 255)
+        : m_red(red), m_green(green), m_blue(blue), m_alpha(alpha) {}
+    // The top byte of a COLORREF holds palette flags, not alpha: the colour is opaque.
+    constexpr explicit Color(uint32_t colorRef)
+        : m_red(static_cast<uint8_t>(colorRef)), m_green(static_cast<uint8_t>(colorRef >> 8)),
+          m_blue(static_cast<uint8_t>(colorRef >> 16)) {}
+
+    constexpr uint8_t GetRed() const { return m_red; }
+    constexpr uint8_t GetGreen() const { return m_green; }
+    constexpr uint8_t GetBlue() const { return m_blue; }
+    constexpr uint8_t GetAlpha() const { return m_alpha; }
+
+    // 0x00BBGGRR; the alpha channel has no place in it.
+    constexpr uint32_t ToColorRef() const {
+        return static_cast<uint32_t>(m_red) | static_cast<uint32_t>(m_green) << 8 |
+               static_cast<uint32_t>(m_blue) << 16;
+    }
+
+    constexpr bool operator==(const Color& other) const {
+        return m_red == other.m_red && m_green == other.m_green && m_blue == other.m_blue &&
+               m_alpha == other.m_alpha;
+    }
+    constexpr bool operator!=(const Color& other) const { return !(*this == other); }
+
+private:
+    uint8_t m_red = 0;
+    uint8_t m_green = 0;
+    uint8_t m_blue = 0;
+    uint8_t m_alpha = 255;
+};
+
+} // namespace KelSDK::Common
