@@ -14,14 +14,8 @@ namespace KelBase {
 namespace Crc {
 namespace {
 
-// Bytes per stripe of the portable loop: long blocks run three stripes side by side (three
-// independent lookup chains) and join them with one multiplication each.
-constexpr std::size_t StripeBytes = 4096;
-constexpr std::size_t Stripes = 5;
-
-// Bytes per region of the carry-less loops: very long blocks are read as four regions side by
-// side, which keeps more memory reads in flight than one stream.
-constexpr std::size_t RegionBytes = 16384;
+// How far ahead the carry-less region loop asks for data.
+constexpr std::size_t PrefetchBytes = 2048;
 
 std::uint64_t Load64(const unsigned char* p) {
     std::uint64_t v;
@@ -279,6 +273,9 @@ KEL_WIDE_INLINE __m512i FourChains(const unsigned char* p, std::size_t steps, st
     __m512i x3 = WideLane<Reversed>(p + 3 * spacing);
     for (std::size_t i = 1; i < steps; ++i) {
         p += advance;
+        for (int chain = 0; chain < 4; ++chain)
+            _mm_prefetch(reinterpret_cast<const char*>(p + chain * spacing + PrefetchBytes),
+                         _MM_HINT_T0);
         x0 = WideFold(x0, kAdvance, WideLane<Reversed>(p));
         x1 = WideFold(x1, kAdvance, WideLane<Reversed>(p + spacing));
         x2 = WideFold(x2, kAdvance, WideLane<Reversed>(p + 2 * spacing));

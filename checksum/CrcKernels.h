@@ -9,6 +9,16 @@
 namespace KelBase {
 namespace Crc {
 
+// Bytes per stripe of the portable loop: long blocks run five stripes side by side (five
+// independent lookup chains) and join them with one multiplication each.
+constexpr std::size_t StripeBytes = 4096;
+constexpr std::size_t Stripes = 5;
+
+// Bytes per region of the carry-less loops: very long blocks are read as four regions side by
+// side, which keeps more memory reads in flight than one stream; each chain asks for its data
+// a little ahead as well.
+constexpr std::size_t RegionBytes = 65536;
+
 // Constants kept per polynomial beside its tables. A fold pair multiplies the low and the high
 // half of a 16-byte lane to move it the given number of bits further on; the stripe shift
 // moves a register over one stripe of the eight-byte loop.
@@ -42,7 +52,7 @@ using Crc16Loop = std::uint16_t (*)(std::uint16_t crc, const unsigned char* data
                                     std::size_t length, const std::uint16_t (*tables)[256],
                                     const std::uint64_t* constants);
 
-// The portable loops: eight bytes per step, three stripes at a time on long blocks.
+// The portable loops: eight bytes per step, several stripes at a time on long blocks.
 std::uint32_t Crc32Slice8(std::uint32_t crc, const unsigned char* data, std::size_t length,
                           const std::uint32_t (*tables)[256], const std::uint64_t* constants);
 std::uint16_t Crc16Slice8(std::uint16_t crc, const unsigned char* data, std::size_t length,
