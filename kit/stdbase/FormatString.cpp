@@ -18,6 +18,48 @@ bool IsDigit(wchar_t c) {
 // for %s and %c depends on it.
 enum class TextWidth { Default, Narrow, Wide, Invalid };
 
+struct LengthModifier {
+    const wchar_t* platform;
+    const wchar_t* c99;
+    TextWidth text;
+};
+
+// Longer spellings first, so that "I64" is not taken for "I" and "ll" not for "l".
+const LengthModifier lengthModifiers[] = {
+    {L"I64", L"ll", TextWidth::Invalid}, {L"I32", L"", TextWidth::Invalid},
+    {L"I", L"z", TextWidth::Invalid}, // pointer-sized
+    {L"hh", L"hh", TextWidth::Invalid},  {L"h", L"h", TextWidth::Narrow},
+    {L"ll", L"ll", TextWidth::Invalid},  {L"l", L"l", TextWidth::Wide},
+    {L"w", L"l", TextWidth::Wide},       {L"z", L"z", TextWidth::Invalid},
+    {L"j", L"j", TextWidth::Invalid},    {L"t", L"t", TextWidth::Invalid},
+    {L"L", L"L", TextWidth::Invalid},
+};
+
+bool IsOneOf(wchar_t c, const wchar_t* set) {
+    return c != L'\0' && std::wcschr(set, c) != nullptr;
+}
+
+// One conversion in C99 spelling, or an empty string for a conversion that is not known.
+std::wstring TranslateConversion(const std::wstring& spec, const wchar_t* length, TextWidth text,
+                                 wchar_t conversion) {
+    if (IsOneOf(conversion, L"diouxXeEfFgGaA"))
+        return spec + length + conversion;
+    if (conversion == L'p')
+        return spec + L'p';
+    if (conversion == L'n') {
+        // Writing through an argument is refused, as the platform does by default; the
+        // pointer is still consumed so that the later arguments stay in place.
+        return L"%.0s";
+    }
+    if (IsOneOf(conversion, L"sScC") && text != TextWidth::Invalid) {
+        const bool upper = conversion == L'S' || conversion == L'C';
+        const bool wide = text == TextWidth::Wide || (text == TextWidth::Default && !upper);
+        return spec + (wide ? L"l" : L"") +
+               static_cast<wchar_t>(upper ? conversion + (L'a' - L'A') : conversion);
+    }
+    return std::wstring();
+}
+
 // Rewrites a format in the platform's conventions (%s wide, %S narrow, I64, ...) into the C99
 // conventions of vswprintf (%ls wide, %s narrow, ll, ...). A conversion it does not know is
 // escaped so that it reaches the output literally instead of reading an argument.
@@ -36,7 +78,7 @@ std::wstring TranslateFormat(const wchar_t* format) {
             continue;
         }
         std::wstring spec = L"%";
-        while (*p == L'-' || *p == L'+' || *p == L' ' || *p == L'#' || *p == L'0')
+        while (IsOneOf(*p, L"-+ #0"))
             spec += *p++;
         if (*p == L'*')
             spec += *p++;
@@ -50,84 +92,23 @@ std::wstring TranslateFormat(const wchar_t* format) {
                 spec += *p++;
         }
 
-        std::wstring length;
+        const wchar_t* length = L"";
         TextWidth text = TextWidth::Default;
-        if (p[0] == L'I' && p[1] == L'6' && p[2] == L'4') {
-            length = L"ll";
-            text = TextWidth::Invalid;
-            p += 3;
-        } else if (p[0] == L'I' && p[1] == L'3' && p[2] == L'2') {
-            text = TextWidth::Invalid;
-            p += 3;
-        } else if (*p == L'I') {
-            // Pointer-sized on the platform: size_t.
-            length = L"z";
-            text = TextWidth::Invalid;
-            ++p;
-        } else if (p[0] == L'h' && p[1] == L'h') {
-            length = L"hh";
-            text = TextWidth::Invalid;
-            p += 2;
-        } else if (*p == L'h') {
-            length = L"h";
-            text = TextWidth::Narrow;
-            ++p;
-        } else if (p[0] == L'l' && p[1] == L'l') {
-            length = L"ll";
-            text = TextWidth::Invalid;
-            p += 2;
-        } else if (*p == L'l' || *p == L'w') {
-            length = L"l";
-            text = TextWidth::Wide;
-            ++p;
-        } else if (*p == L'z' || *p == L'j' || *p == L't' || *p == L'L') {
-            length = *p++;
-            text = TextWidth::Invalid;
+        for (const LengthModifier& modifier : lengthModifiers) {
+            const size_t size = std::wcslen(modifier.platform);
+            if (std::wcsncmp(p, modifier.platform, size) == 0) {
+                length = modifier.c99;
+                text = modifier.text;
+                p += size;
+                break;
+            }
         }
 
-        const wchar_t conversion = *p;
-        switch (conversion) {
-        case L'd':
-        case L'i':
-        case L'u':
-        case L'o':
-        case L'x':
-        case L'X':
-        case L'e':
-        case L'E':
-        case L'f':
-        case L'F':
-        case L'g':
-        case L'G':
-        case L'a':
-        case L'A':
-            out += spec + length + conversion;
+        const std::wstring translated = TranslateConversion(spec, length, text, *p);
+        if (!translated.empty()) {
+            out += translated;
             ++p;
             continue;
-        case L'p':
-            out += spec + L'p';
-            ++p;
-            continue;
-        case L'n':
-            // Writing through an argument is refused, as the platform does by default; the
-            // pointer is still consumed so that the later arguments stay in place.
-            out += L"%.0s";
-            ++p;
-            continue;
-        case L's':
-        case L'S':
-        case L'c':
-        case L'C':
-            if (text != TextWidth::Invalid) {
-                const bool upper = conversion == L'S' || conversion == L'C';
-                const bool wide = text == TextWidth::Wide || (text == TextWidth::Default && !upper);
-                out += spec + (wide ? L"l" : L"") + (upper ? wchar_t(conversion + 32) : conversion);
-                ++p;
-                continue;
-            }
-            break;
-        default:
-            break;
         }
         // Unknown conversion: everything from the '%' up to here appears as written.
         out += L'%';
