@@ -5,10 +5,10 @@ kel_wine_start() {
     export WINEPREFIX="$1/wineprefix" WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
     mkdir -p "$WINEPREFIX"
     wineserver -p </dev/null >"$1/wineserver.log" 2>&1
-    if [ ! -f "$WINEPREFIX/system.reg" ]; then
-        echo "Creating the Wine prefix $WINEPREFIX"
-        wineboot -i </dev/null >"$1/wineboot.log" 2>&1
-    fi
+    [ -f "$WINEPREFIX/system.reg" ] || echo "Creating the Wine prefix $WINEPREFIX"
+    # Also on an existing prefix: this starts Wine's service processes here, with their output
+    # in a file, instead of inside the first test.
+    wineboot -i </dev/null >"$1/wineboot.log" 2>&1
 }
 
 # Stops only the wineserver of this prefix.
