@@ -9,4 +9,11 @@
 #include "MProgressManager.h"
 #include "IStatusCallback.h"
 #include "MStatusCallbackToMProgressImpl.h"
+#include "KelResource.h"
+#include "CharacterSetConversions.h"
+#include "MBlobBuffer.h"
+#include "CMapStringI.h"
+#ifdef _WIN32
+#include "CHtmlHelpWrapper.h"
+#endif
 #include "Clipboard.h"
