@@ -75,6 +75,9 @@ private:
 
     static const size_t NotRegistered = static_cast<size_t>(-1);
 
+    // _SendMessageUpdate, called only for a percentage above the high-water mark.
+    void _ForwardIfNew(long percent);
+
     bool m_active;
     bool m_adjustByLowerLevels;
     size_t m_levelIndex;
