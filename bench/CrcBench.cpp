@@ -16,7 +16,7 @@
 namespace {
 
 const std::size_t BufferBytes = 64u << 20;
-const int Rounds = 9;
+const int Rounds = 15;
 
 struct Candidate {
     const char* name;

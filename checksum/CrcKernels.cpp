@@ -335,48 +335,29 @@ typename Tr::Reg Finish(const unsigned char* residue, const unsigned char* data,
     return SliceLoop<Tr>(crc, data, static_cast<std::size_t>(end - data), tables, constants);
 }
 
-KEL_CLMUL std::uint32_t Crc32Fold(std::uint32_t crc, const unsigned char* data, std::size_t length,
-                                  const std::uint32_t (*tables)[256],
-                                  const std::uint64_t* constants) {
-    if (length < MinClmulLength)
-        return Crc32Slice8(crc, data, length, tables, constants);
-    unsigned char residue[16];
-    const unsigned char* end = data + length;
-    data = FoldLanes<false>(data, end, First(crc), constants, residue);
-    return Finish<Reflected32>(residue, data, end, tables, constants);
-}
-
-KEL_CLMUL std::uint16_t Crc16Fold(std::uint16_t crc, const unsigned char* data, std::size_t length,
-                                  const std::uint16_t (*tables)[256],
-                                  const std::uint64_t* constants) {
-    if (length < MinClmulLength)
-        return Crc16Slice8(crc, data, length, tables, constants);
-    unsigned char residue[16];
-    const unsigned char* end = data + length;
-    data = FoldLanes<true>(data, end, First(crc), constants, residue);
-    return Finish<Msb16>(residue, data, end, tables, constants);
-}
-
-KEL_WIDE std::uint32_t Crc32WideFold(std::uint32_t crc, const unsigned char* data,
-                                     std::size_t length, const std::uint32_t (*tables)[256],
+// Most-significant-bit-first data is byte-reversed in the lanes; reflected data is not.
+template <class Tr>
+KEL_CLMUL typename Tr::Reg ClmulLoop(typename Tr::Reg crc, const unsigned char* data,
+                                     std::size_t length, const typename Tr::Reg (*tables)[256],
                                      const std::uint64_t* constants) {
-    if (length < MinWideLength)
-        return Crc32Fold(crc, data, length, tables, constants);
+    if (length < MinClmulLength)
+        return SliceLoop<Tr>(crc, data, length, tables, constants);
     unsigned char residue[16];
     const unsigned char* end = data + length;
-    data = FoldWideLanes<false>(data, end, First(crc), constants, residue);
-    return Finish<Reflected32>(residue, data, end, tables, constants);
+    data = FoldLanes<!Tr::Reflected>(data, end, First(crc), constants, residue);
+    return Finish<Tr>(residue, data, end, tables, constants);
 }
 
-KEL_WIDE std::uint16_t Crc16WideFold(std::uint16_t crc, const unsigned char* data,
-                                     std::size_t length, const std::uint16_t (*tables)[256],
-                                     const std::uint64_t* constants) {
+template <class Tr>
+KEL_WIDE typename Tr::Reg WideLoop(typename Tr::Reg crc, const unsigned char* data,
+                                   std::size_t length, const typename Tr::Reg (*tables)[256],
+                                   const std::uint64_t* constants) {
     if (length < MinWideLength)
-        return Crc16Fold(crc, data, length, tables, constants);
+        return ClmulLoop<Tr>(crc, data, length, tables, constants);
     unsigned char residue[16];
     const unsigned char* end = data + length;
-    data = FoldWideLanes<true>(data, end, First(crc), constants, residue);
-    return Finish<Msb16>(residue, data, end, tables, constants);
+    data = FoldWideLanes<!Tr::Reflected>(data, end, First(crc), constants, residue);
+    return Finish<Tr>(residue, data, end, tables, constants);
 }
 
 bool HasClmul() {
@@ -402,16 +383,16 @@ bool HasWide() {
 } // namespace
 
 Crc32Loop Crc32Clmul() {
-    return HasClmul() ? Crc32Fold : nullptr;
+    return HasClmul() ? ClmulLoop<Reflected32> : nullptr;
 }
 Crc16Loop Crc16Clmul() {
-    return HasClmul() ? Crc16Fold : nullptr;
+    return HasClmul() ? ClmulLoop<Msb16> : nullptr;
 }
 Crc32Loop Crc32Wide() {
-    return HasWide() ? Crc32WideFold : nullptr;
+    return HasWide() ? WideLoop<Reflected32> : nullptr;
 }
 Crc16Loop Crc16Wide() {
-    return HasWide() ? Crc16WideFold : nullptr;
+    return HasWide() ? WideLoop<Msb16> : nullptr;
 }
 #else
 Crc32Loop Crc32Clmul() {

@@ -8,19 +8,40 @@
 
 namespace {
 
+namespace fs = std::filesystem;
+
 class COXCheckBaseFileTest : public ::testing::Test {
 protected:
     COXCheckBaseFileTest() : m_data(5000) {
         for (std::size_t i = 0; i < m_data.size(); ++i)
             m_data[i] = static_cast<unsigned char>((i * 131) ^ (i >> 5));
-        m_path = std::filesystem::temp_directory_path() /
+        m_path = fs::temp_directory_path() /
                  ("kel_checksum_" +
                   std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + ".bin");
         CFile file(m_path.c_str(), CFile::modeCreate | CFile::modeWrite);
         file.Write(m_data.data(), static_cast<UINT>(m_data.size()));
         file.Close();
     }
-    ~COXCheckBaseFileTest() override { std::filesystem::remove(m_path); }
+    ~COXCheckBaseFileTest() override { fs::remove(m_path); }
+
+    // The cause and system error of the exception that checking `path` raises ({-1, -1} for
+    // none), and whether it named the file.
+    struct Failure {
+        int cause = -1;
+        LONG osError = -1;
+        bool named = false;
+    };
+    static Failure CheckFailure(COXCheckBase& check, const std::wstring& path) {
+        Failure failure;
+        try {
+            check.CalculateFile(CString(path.c_str()));
+        } catch (CFileException* e) {
+            failure = {e->m_cause, e->m_lOsError,
+                       e->m_strFileName.Find(fs::path(path).filename().c_str()) >= 0};
+            e->Delete();
+        }
+        return failure;
+    }
 
     DWORD Crc32Of(DWORD length) {
         COXCRC32 crc(0xEDB88320);
@@ -28,7 +49,7 @@ protected:
     }
 
     std::vector<unsigned char> m_data;
-    std::filesystem::path m_path;
+    fs::path m_path;
 };
 
 TEST_F(COXCheckBaseFileTest, WholeFileContinuesFromTheRunningValue) {
@@ -78,17 +99,12 @@ TEST_F(COXCheckBaseFileTest, CountAndBufferStoppingRule) {
 }
 
 TEST_F(COXCheckBaseFileTest, MissingFileRaisesFileNotFound) {
-    const std::wstring missing = (m_path.parent_path() / L"kel_no_such_file.bin").wstring();
     COXCRC16 crc(0x1021);
-    try {
-        crc.CalculateFile(CString(missing.c_str()));
-        FAIL() << "no exception";
-    } catch (CFileException* e) {
-        EXPECT_EQ(CFileException::fileNotFound, e->m_cause);
-        EXPECT_EQ(2, e->m_lOsError);
-        EXPECT_NE(-1, e->m_strFileName.Find(L"kel_no_such_file.bin"));
-        e->Delete();
-    }
+    const Failure failure =
+        CheckFailure(crc, (m_path.parent_path() / L"kel_no_such_file.bin").wstring());
+    EXPECT_EQ(CFileException::fileNotFound, failure.cause);
+    EXPECT_EQ(2, failure.osError);
+    EXPECT_TRUE(failure.named);
     EXPECT_EQ(0xFFFFFFFFu, crc.m_nCurrent);
 }
 
@@ -102,14 +118,10 @@ TEST_F(COXCheckBaseFileTest, OpensSharedForReadersDenyingWriters) {
     }
     CFile writer(m_path.c_str(), CFile::modeWrite | CFile::shareDenyNone);
     COXCRC32 crc(0xEDB88320);
-    try {
-        crc.CalculateFile(CString(m_path.c_str()));
-        FAIL() << "no exception";
-    } catch (CFileException* e) {
-        EXPECT_EQ(CFileException::sharingViolation, e->m_cause);
-        EXPECT_EQ(32, e->m_lOsError);
-        e->Delete();
-    }
+    const Failure failure = CheckFailure(crc, m_path.wstring());
+    EXPECT_EQ(CFileException::sharingViolation, failure.cause);
+    EXPECT_EQ(32, failure.osError);
+    EXPECT_TRUE(failure.named);
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
@@ -82,10 +83,41 @@ protected:
     }
 
     // Standard polynomials, the degenerate ones and random ones.
-    template <class T> std::vector<T> Polynomials(std::vector<T> fixed, int randomCount) {
+    template <class Reg> std::vector<Reg> Polynomials(std::vector<Reg> fixed, int randomCount) {
         for (int i = 0; i < randomCount; ++i)
-            fixed.push_back(static_cast<T>(m_random()));
+            fixed.push_back(static_cast<Reg>(m_random()));
         return fixed;
+    }
+
+    // Every loop against the bitwise definition, for each polynomial and length, from a random
+    // start at a random misalignment.
+    template <class Reg, class Loop>
+    void Check(const std::vector<NamedLoop<Loop>>& loops, const std::vector<Reg>& polynomials,
+               Reg (*bitwise)(Reg, Reg, const unsigned char*, std::size_t),
+               const std::vector<std::size_t>& lengths) {
+        RecordProperty("loops", Names(loops));
+        static Reg tables[8][256];
+        std::uint64_t constants[ConstantCount];
+        for (Reg polynomial : polynomials) {
+            BuildTables(polynomial, tables, constants);
+            for (std::size_t length : lengths) {
+                const std::size_t offset = m_random() % 64;
+                const Reg start = static_cast<Reg>(m_random());
+                const unsigned char* data = m_data.data() + offset;
+                const Reg expected = bitwise(polynomial, start, data, length);
+                for (const auto& loop : loops)
+                    ASSERT_EQ(expected, loop.loop(start, data, length, tables, constants))
+                        << loop.name << " polynomial " << polynomial << " length " << length
+                        << " offset " << offset;
+            }
+        }
+    }
+
+    std::vector<NamedLoop<Crc32Loop>> Loops32() {
+        return Available<Crc32Loop>(Crc32Slice8, Crc32Clmul(), Crc32Wide(), Crc32Best());
+    }
+    std::vector<NamedLoop<Crc16Loop>> Loops16() {
+        return Available<Crc16Loop>(Crc16Slice8, Crc16Clmul(), Crc16Wide(), Crc16Best());
     }
 
     std::mt19937_64 m_random{20240611};
@@ -93,74 +125,20 @@ protected:
 };
 
 TEST_F(CrcKernelTest, Crc32LoopsMatchTheBitwiseDefinition) {
-    const auto loops = Available<Crc32Loop>(Crc32Slice8, Crc32Clmul(), Crc32Wide(), Crc32Best());
-    RecordProperty("loops", Names(loops));
-    static std::uint32_t tables[8][256];
-    std::uint64_t constants[ConstantCount];
-    const auto polynomials =
-        Polynomials<std::uint32_t>({0xEDB88320, 0x82F63B78, 0, 1, 0x80000000, 0xFFFFFFFF}, 10);
-    for (std::uint32_t polynomial : polynomials) {
-        BuildTables(polynomial, tables, constants);
-        for (std::size_t length : Lengths()) {
-            const std::size_t offset = m_random() % 64;
-            const std::uint32_t start = static_cast<std::uint32_t>(m_random());
-            const unsigned char* data = m_data.data() + offset;
-            const std::uint32_t expected = BitwiseCrc32(polynomial, start, data, length);
-            for (const auto& loop : loops)
-                ASSERT_EQ(expected, loop.loop(start, data, length, tables, constants))
-                    << loop.name << " polynomial " << polynomial << " length " << length
-                    << " offset " << offset;
-        }
-    }
+    Check(Loops32(),
+          Polynomials<std::uint32_t>({0xEDB88320, 0x82F63B78, 0, 1, 0x80000000, 0xFFFFFFFF}, 10),
+          BitwiseCrc32, Lengths());
 }
 
 TEST_F(CrcKernelTest, Crc16LoopsMatchTheBitwiseDefinition) {
-    const auto loops = Available<Crc16Loop>(Crc16Slice8, Crc16Clmul(), Crc16Wide(), Crc16Best());
-    RecordProperty("loops", Names(loops));
-    static std::uint16_t tables[8][256];
-    std::uint64_t constants[ConstantCount];
-    const auto polynomials =
-        Polynomials<std::uint16_t>({0x1021, 0x8005, 0x3D65, 0, 1, 0x8000, 0xFFFF}, 10);
-    for (std::uint16_t polynomial : polynomials) {
-        BuildTables(polynomial, tables, constants);
-        for (std::size_t length : Lengths()) {
-            const std::size_t offset = m_random() % 64;
-            const std::uint16_t start = static_cast<std::uint16_t>(m_random());
-            const unsigned char* data = m_data.data() + offset;
-            const std::uint16_t expected = BitwiseCrc16(polynomial, start, data, length);
-            for (const auto& loop : loops)
-                ASSERT_EQ(expected, loop.loop(start, data, length, tables, constants))
-                    << loop.name << " polynomial " << polynomial << " length " << length
-                    << " offset " << offset;
-        }
-    }
+    Check(Loops16(), Polynomials<std::uint16_t>({0x1021, 0x8005, 0x3D65, 0, 1, 0x8000, 0xFFFF}, 10),
+          BitwiseCrc16, Lengths());
 }
 
 TEST_F(CrcKernelTest, LongBlocksMatchTheBitwiseDefinition) {
-    const auto loops32 = Available<Crc32Loop>(Crc32Slice8, Crc32Clmul(), Crc32Wide(), Crc32Best());
-    const auto loops16 = Available<Crc16Loop>(Crc16Slice8, Crc16Clmul(), Crc16Wide(), Crc16Best());
-    static std::uint32_t tables32[8][256];
-    static std::uint16_t tables16[8][256];
-    std::uint64_t constants32[ConstantCount], constants16[ConstantCount];
-    for (std::size_t length : LongLengths) {
-        const std::uint32_t polynomial = static_cast<std::uint32_t>(m_random());
-        BuildTables(polynomial, tables32, constants32);
-        BuildTables(static_cast<std::uint16_t>(polynomial), tables16, constants16);
-        const std::size_t offset = 1 + length % 7;
-        const unsigned char* data = m_data.data() + offset;
-        const std::uint32_t start = static_cast<std::uint32_t>(m_random());
-        const std::uint32_t expected32 = BitwiseCrc32(polynomial, start, data, length);
-        const std::uint16_t expected16 =
-            BitwiseCrc16(static_cast<std::uint16_t>(polynomial), static_cast<std::uint16_t>(start),
-                         data, length);
-        for (const auto& loop : loops32)
-            EXPECT_EQ(expected32, loop.loop(start, data, length, tables32, constants32))
-                << loop.name << " length " << length;
-        for (const auto& loop : loops16)
-            EXPECT_EQ(expected16, loop.loop(static_cast<std::uint16_t>(start), data, length,
-                                            tables16, constants16))
-                << loop.name << " length " << length;
-    }
+    const std::vector<std::size_t> lengths(std::begin(LongLengths), std::end(LongLengths));
+    Check(Loops32(), Polynomials<std::uint32_t>({}, 2), BitwiseCrc32, lengths);
+    Check(Loops16(), Polynomials<std::uint16_t>({}, 2), BitwiseCrc16, lengths);
 }
 
 } // namespace
