@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include "FileOs.h"
-#include "Utf.h"
+#include "StdBase.h"
 
 namespace FileOs {
 
@@ -27,7 +27,7 @@ Handle Open(const wchar_t* name, Mode mode) {
     case Mode::Update:
         break;
     }
-    int fd = open(Utf::WideToUtf8(name).c_str(), flags | O_CLOEXEC, 0666);
+    int fd = open(StdBase::ConvertUnicodeToUtf8(name).c_str(), flags | O_CLOEXEC, 0666);
     if (fd < 0)
         return INVALID;
     struct stat info;

@@ -25,17 +25,6 @@ void AppendCodePoint(std::wstring& out, char32_t c) {
     }
 }
 
-// Reads one code point from UTF-16 units, combining a surrogate pair.
-template <class Unit> char32_t NextUtf16(const Unit& unitAt, size_t count, size_t& i) {
-    char32_t c = unitAt(i++);
-    if (IsHighSurrogate(c)) {
-        if (i < count && IsLowSurrogate(unitAt(i)))
-            return 0x10000 + ((c - 0xD800) << 10) + (unitAt(i++) - 0xDC00);
-        return REPLACEMENT;
-    }
-    return IsLowSurrogate(c) ? REPLACEMENT : c;
-}
-
 } // namespace
 
 std::wstring Utf8ToWide(const char* data, size_t size) {
@@ -72,40 +61,17 @@ std::wstring Utf8ToWide(const char* data, size_t size) {
 }
 
 std::wstring Utf16LeToWide(const unsigned char* data, size_t size) {
-    size_t count = size / 2;
+    const size_t count = size / 2;
     auto unitAt = [data](size_t k) {
         return static_cast<char32_t>(data[2 * k] | data[2 * k + 1] << 8);
     };
     std::wstring out;
     out.reserve(count);
-    for (size_t i = 0; i < count;)
-        AppendCodePoint(out, NextUtf16(unitAt, count, i));
-    return out;
-}
-
-std::string WideToUtf8(const std::wstring& text) {
-    std::string out;
-    out.reserve(text.size());
-    auto unitAt = [&text](size_t k) { return static_cast<char32_t>(text[k]); };
-    for (size_t i = 0; i < text.size();) {
-        char32_t c = sizeof(wchar_t) == 2 ? NextUtf16(unitAt, text.size(), i) : unitAt(i++);
-        if (c > 0x10FFFF || IsHighSurrogate(c) || IsLowSurrogate(c))
-            c = REPLACEMENT;
-        if (c < 0x80) {
-            out += static_cast<char>(c);
-        } else if (c < 0x800) {
-            out += static_cast<char>(0xC0 | c >> 6);
-            out += static_cast<char>(0x80 | (c & 0x3F));
-        } else if (c < 0x10000) {
-            out += static_cast<char>(0xE0 | c >> 12);
-            out += static_cast<char>(0x80 | (c >> 6 & 0x3F));
-            out += static_cast<char>(0x80 | (c & 0x3F));
-        } else {
-            out += static_cast<char>(0xF0 | c >> 18);
-            out += static_cast<char>(0x80 | (c >> 12 & 0x3F));
-            out += static_cast<char>(0x80 | (c >> 6 & 0x3F));
-            out += static_cast<char>(0x80 | (c & 0x3F));
-        }
+    for (size_t i = 0; i < count;) {
+        char32_t c = unitAt(i++);
+        if (IsHighSurrogate(c) && i < count && IsLowSurrogate(unitAt(i)))
+            c = 0x10000 + ((c - 0xD800) << 10) + (unitAt(i++) - 0xDC00);
+        AppendCodePoint(out, c); // a lone surrogate becomes U+FFFD there
     }
     return out;
 }

@@ -99,6 +99,14 @@ TEST_F(MStringIniTest, ByteOrderMarks) {
     EXPECT_EQ(expected, Load(L"utf16.ini", L"S", L"KEY"));
     EXPECT_EQ(L"<missing>", Load(L"utf16.ini", L"S", L"Other"));
 
+    // Malformed sequences become replacement characters instead of ending the value.
+    WriteRaw(L"bad8.ini", "\xEF\xBB\xBF[S]\nKey=a\xC0\xAF"
+                          "b\xE2\x82\r\nNext=n\n");
+    EXPECT_EQ(L"a\uFFFD\uFFFDb\uFFFD", Load(L"bad8.ini", L"S", L"Key"));
+    EXPECT_EQ(L"n", Load(L"bad8.ini", L"S", L"Next"));
+    WriteRaw(L"bad16.ini", std::string("\xFF\xFE[\0S\0]\0\n\0K\0=\0\x00\xD8x\0", 18));
+    EXPECT_EQ(L"\uFFFDx", Load(L"bad16.ini", L"S", L"K"));
+
     // Without a mark the first line's bytes are not mistaken for one.
     WriteRaw(L"nobom.ini", "[S]\nKey=plain\n");
     EXPECT_EQ(L"plain", Load(L"nobom.ini", L"S", L"Key"));
