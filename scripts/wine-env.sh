@@ -2,13 +2,15 @@
 # wineserver for it. Wine's background processes inherit standard output and error, so they
 # are started here with their output sent to files, never from CTest or a pipe.
 kel_wine_start() {
-    export WINEPREFIX="$1/wineprefix" WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
+    local dir
+    dir="$(cd "$1" && pwd)" || return 1
+    export WINEPREFIX="$dir/wineprefix" WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
     mkdir -p "$WINEPREFIX"
-    wineserver -p </dev/null >"$1/wineserver.log" 2>&1
+    wineserver -p </dev/null >"$dir/wineserver.log" 2>&1
     [ -f "$WINEPREFIX/system.reg" ] || echo "Creating the Wine prefix $WINEPREFIX"
     # Also on an existing prefix: this starts Wine's service processes here, with their output
     # in a file, instead of inside the first test.
-    wineboot -i </dev/null >"$1/wineboot.log" 2>&1
+    wineboot -i </dev/null >"$dir/wineboot.log" 2>&1
 }
 
 # Stops only the wineserver of this prefix.
