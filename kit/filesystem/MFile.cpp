@@ -221,17 +221,10 @@ size_t MFile::ReadBytes(unsigned char* data, size_t count) {
         if (!Flush())
             break;
         StartBufferAt(m_bufferPos + static_cast<long long>(m_current));
-        if (!MoveOsTo(m_bufferPos))
+        const size_t got = Unbuffered([&] { return FileOs::Read(m_handle, data + done, rest); });
+        if (got == 0)
             break;
-        long long got = FileOs::Read(m_handle, data + done, rest);
-        if (got <= 0) {
-            if (got < 0)
-                m_osPos = -1;
-            break;
-        }
-        m_osPos += got;
-        m_bufferPos += got;
-        done += static_cast<size_t>(got);
+        done += got;
     }
     return done;
 }
@@ -251,17 +244,11 @@ size_t MFile::WriteBytes(const unsigned char* data, size_t count) {
         size_t rest = count - done;
         if (m_bufferLen == 0 && rest >= m_bufferSize) {
             // Large writes bypass the (empty) buffer.
-            if (!MoveOsTo(m_bufferPos))
+            const size_t put =
+                Unbuffered([&] { return FileOs::Write(m_handle, data + done, rest); });
+            if (put == 0)
                 break;
-            long long put = FileOs::Write(m_handle, data + done, rest);
-            if (put <= 0) {
-                if (put < 0)
-                    m_osPos = -1;
-                break;
-            }
-            m_osPos += put;
-            m_bufferPos += put;
-            done += static_cast<size_t>(put);
+            done += put;
             continue;
         }
         size_t n = std::min(rest, m_bufferSize - m_current);
@@ -279,6 +266,19 @@ size_t MFile::WriteBytes(const unsigned char* data, size_t count) {
         done += n;
     }
     return done;
+}
+
+template <class Transfer> size_t MFile::Unbuffered(Transfer transfer) {
+    if (!MoveOsTo(m_bufferPos))
+        return 0;
+    const long long moved = transfer();
+    if (moved < 0) {
+        m_osPos = -1;
+        return 0;
+    }
+    m_osPos += moved;
+    m_bufferPos += moved;
+    return static_cast<size_t>(moved);
 }
 
 bool MFile::Flush() {

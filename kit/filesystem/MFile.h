@@ -60,6 +60,9 @@ private:
     bool OpenAs(const wchar_t* name, FileOs::Mode mode);
     size_t ReadBytes(unsigned char* data, size_t count);
     size_t WriteBytes(const unsigned char* data, size_t count);
+    // Runs one transfer that bypasses the empty buffer at its position, and moves the buffer
+    // past what was transferred. Returns the byte count.
+    template <class Transfer> size_t Unbuffered(Transfer transfer);
     bool Flush();
     bool MoveOsTo(long long position);
     bool Refill();

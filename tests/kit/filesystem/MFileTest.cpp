@@ -200,6 +200,23 @@ TEST_F(MFileTest, OpenUpdateKeepsContent) {
     ASSERT_EQ(1u, file.WRITE("!", 1));
     file.CLOSE();
     EXPECT_EQ(Bytes({'a', 'b', 'X', 'Y', 'e', 'f', 0, 0, '!'}), ReadRaw(L"upd.bin"));
+
+    // Overwriting the start of a buffer that was filled by reading, then reading on past it:
+    // the write must land where it was made, not where the system's file pointer stood.
+    WriteRaw(L"upd.bin", "abcdefghij");
+    MFile again(4);
+    ASSERT_TRUE(again.OPEN_UPDATE(Path(L"upd.bin").c_str()));
+    char got[4] = {};
+    ASSERT_EQ(2u, again.READ(got, 2));
+    ASSERT_TRUE(again.REWIND());
+    ASSERT_EQ(2u, again.WRITE("XY", 2));
+    ASSERT_EQ(2u, again.READ(got, 2));
+    EXPECT_EQ(0, std::memcmp(got, "cd", 2));
+    ASSERT_EQ(4u, again.READ(got, 4));
+    EXPECT_EQ(0, std::memcmp(got, "efgh", 4));
+    again.CLOSE();
+    const Bytes raw = ReadRaw(L"upd.bin");
+    EXPECT_EQ("XYcdefghij", std::string(raw.begin(), raw.end()));
 }
 
 TEST_F(MFileTest, BufferSizeChangeKeepsPendingData) {
