@@ -39,13 +39,14 @@ bool IsOneOf(wchar_t c, const wchar_t* set) {
     return c != L'\0' && std::wcschr(set, c) != nullptr;
 }
 
-// One conversion in C99 spelling, or an empty string for a conversion that is not known.
-std::wstring TranslateConversion(const std::wstring& spec, const wchar_t* length, TextWidth text,
+// One conversion (its flags, width and precision already collected) in C99 spelling, or an empty
+// string for a conversion that is not known.
+std::wstring TranslateConversion(const std::wstring& flags, const wchar_t* length, TextWidth text,
                                  wchar_t conversion) {
     if (IsOneOf(conversion, L"diouxXeEfFgGaA"))
-        return spec + length + conversion;
+        return flags + length + conversion;
     if (conversion == L'p')
-        return spec + L'p';
+        return flags + L'p';
     if (conversion == L'n') {
         // Writing through an argument is refused, as the platform does by default; the
         // pointer is still consumed so that the later arguments stay in place.
@@ -54,7 +55,7 @@ std::wstring TranslateConversion(const std::wstring& spec, const wchar_t* length
     if (IsOneOf(conversion, L"sScC") && text != TextWidth::Invalid) {
         const bool upper = conversion == L'S' || conversion == L'C';
         const bool wide = text == TextWidth::Wide || (text == TextWidth::Default && !upper);
-        return spec + (wide ? L"l" : L"") +
+        return flags + (wide ? L"l" : L"") +
                static_cast<wchar_t>(upper ? conversion + (L'a' - L'A') : conversion);
     }
     return std::wstring();
@@ -77,19 +78,19 @@ std::wstring TranslateFormat(const wchar_t* format) {
             ++p;
             continue;
         }
-        std::wstring spec = L"%";
+        std::wstring flags = L"%";
         while (IsOneOf(*p, L"-+ #0"))
-            spec += *p++;
+            flags += *p++;
         if (*p == L'*')
-            spec += *p++;
+            flags += *p++;
         while (IsDigit(*p))
-            spec += *p++;
+            flags += *p++;
         if (*p == L'.') {
-            spec += *p++;
+            flags += *p++;
             if (*p == L'*')
-                spec += *p++;
+                flags += *p++;
             while (IsDigit(*p))
-                spec += *p++;
+                flags += *p++;
         }
 
         const wchar_t* length = L"";
@@ -104,7 +105,7 @@ std::wstring TranslateFormat(const wchar_t* format) {
             }
         }
 
-        const std::wstring translated = TranslateConversion(spec, length, text, *p);
+        const std::wstring translated = TranslateConversion(flags, length, text, *p);
         if (!translated.empty()) {
             out += translated;
             ++p;
