@@ -13,9 +13,10 @@ constexpr unsigned long long kStep = 1024;
 
 // Even a size that is already a multiple of the step gets a full step of head-room.
 unsigned long long BlockSizeFor(unsigned long long size) {
-    // A size this close to the top (a negative count widened) cannot be allocated; failing
-    // here keeps the rounding from wrapping round to a tiny block.
-    if (size > std::numeric_limits<unsigned long long>::max() - kStep)
+    // No block can be larger than the address space's signed half. Failing here for such a
+    // size (a negative count widened) keeps the rounding from wrapping round to a tiny block
+    // and lets the caller see an allocation failure before the buffer changes.
+    if (size > static_cast<unsigned long long>(std::numeric_limits<std::ptrdiff_t>::max()) - kStep)
         throw std::bad_alloc();
     return (size & ~(kStep - 1)) + kStep;
 }
@@ -38,20 +39,24 @@ unsigned char* MBlobImpl::_Resize(unsigned long long size, bool keep) {
         _Free();
         return nullptr;
     }
+    // A block is reused even for exactly its own size (no spare byte left): the rule is "fits
+    // with at most 1024 to spare", and only a new block gets a full step of head-room.
     if (size <= m_capacity && m_capacity - size <= kStep) {
         m_size = size;
         return m_data.get();
     }
     const unsigned long long capacity = BlockSizeFor(size);
-    std::unique_ptr<unsigned char[]> old = _Detach();
-    if (!keep)
-        old.reset(); // nothing to carry over: give the memory back before allocating
-    const unsigned long long kept = old ? std::min(m_size, size) : 0;
-    m_data.reset(new unsigned char[capacity]);
+    if (!keep) {
+        // Nothing to carry over: give the memory back before asking for more.
+        m_size = 0;
+        _Free();
+    }
+    std::unique_ptr<unsigned char[]> block(new unsigned char[capacity]);
+    if (m_data)
+        std::memcpy(block.get(), m_data.get(), std::min(m_size, size));
+    m_data = std::move(block);
     m_capacity = capacity;
     m_size = size;
-    if (kept != 0)
-        std::memcpy(m_data.get(), old.get(), kept);
     return m_data.get();
 }
 
@@ -75,8 +80,9 @@ unsigned char* MBlobBuffer::Create(const void* source, size_t count) {
 }
 
 unsigned char* MBlobBuffer::__Create_with_threshold(int count, int keep, int append) {
-    // The sum wraps like the signed 32-bit arithmetic of the callers' sizes; a negative result
-    // widens to a size no allocation can satisfy.
+    // The sum wraps like the signed 32-bit arithmetic of the callers' sizes. A negative result
+    // widens to a size no block can have, so it throws std::bad_alloc like any allocation that
+    // cannot be satisfied, instead of rounding to a tiny block.
     const int32_t wanted =
         append
             ? static_cast<int32_t>(static_cast<uint32_t>(count) + static_cast<uint32_t>(GetSize()))

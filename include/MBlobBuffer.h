@@ -7,7 +7,8 @@
 
 #include "KelBaseExport.h"
 
-// Owns the storage. The capacity is 0 or a multiple of 1024 greater than the size; the data is
+// Owns the storage. The capacity is 0 or a multiple of 1024, at least the size (a new block
+// always has room to spare; a block reused for exactly its own size has none); the data is
 // null exactly when the capacity is 0.
 class KELBASE_API MBlobImpl {
 public:
@@ -26,7 +27,8 @@ protected:
     // Sizes the buffer for `size` bytes: 0 releases everything; a size that fits the block
     // with at most 1024 bytes to spare reuses it; otherwise a new block of (size with its low
     // ten bits cleared) + 1024 bytes replaces the old one, which is released first unless
-    // `keep` asks to carry its content (up to the new size) over. Returns the data.
+    // `keep` asks to carry its content (up to the new size) over. A size no block can have
+    // throws std::bad_alloc and leaves the buffer as it was. Returns the data.
     unsigned char* _Resize(unsigned long long size, bool keep);
     // Hands the block over to the caller and leaves the buffer without storage.
     std::unique_ptr<unsigned char[]> _Detach();

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cstring>
+#include <new>
 #include <vector>
 
 #include "MBlobBuffer.h"
@@ -141,4 +143,15 @@ TEST(MBlobBuffer, ThresholdKeepsOrDropsTheOldContent) {
     blob.__Create_with_threshold(10, 1, 1);
     EXPECT_EQ(blob.GetCapacity(), 1024u);
     EXPECT_EQ(blob.GetSize(), 10u);
+}
+
+TEST(MBlobBuffer, SizeBelowZeroFailsAndKeepsTheContent) {
+    const std::vector<unsigned char> bytes = Counting(10);
+    TestBlob blob;
+    blob.Create(bytes.data(), 10);
+    // The appended size is summed in 32 bits, so INT_MAX more wraps below zero.
+    EXPECT_THROW(blob.__Create_with_threshold(INT_MAX, 1, 1), std::bad_alloc);
+    EXPECT_THROW(blob.__Create_with_threshold(-1, 0, 0), std::bad_alloc);
+    EXPECT_EQ(Content(blob), bytes);
+    EXPECT_EQ(blob.GetCapacity(), 1024u);
 }
