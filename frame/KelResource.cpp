@@ -153,6 +153,7 @@ CString& MLoadString(CString& text, unsigned int id) {
 
 wchar_t* MLoadStringF(unsigned int id, wchar_t* buffer, size_t size, ...) {
     MLoadString(CKelResource::GetResInstance(), id, buffer, size);
+    // A buffer of size 0 holds no format and is not even read.
     if (size == 0 || buffer[0] == L'\0')
         return buffer;
     // wvsprintfW writes at most 1024 characters and knows no floating-point conversions.
@@ -161,6 +162,7 @@ wchar_t* MLoadStringF(unsigned int id, wchar_t* buffer, size_t size, ...) {
     va_start(args, size);
     wvsprintfW(formatted, buffer, args);
     va_end(args);
+    formatted[1023] = L'\0'; // a cut output is not documented to be terminated
     CopyTruncated(buffer, size, formatted);
     return buffer;
 }

@@ -144,6 +144,11 @@ TEST_F(KelResourceTest, FormattedStringUsesTheResourceAsFormat) {
     MLoadStringF(kMissingId, buffer, 64, 1, 2);
     EXPECT_EQ(std::wstring(buffer), std::wstring(expected.data()).substr(0, 63));
 
+    // The platform formatter writes at most 1024 characters, terminator included.
+    std::vector<wchar_t> large(3000, L'#');
+    MLoadStringF(IdOfLength(2000), large.data(), large.size());
+    EXPECT_EQ(std::wstring(large.data()), Letters(1023));
+
     wchar_t untouched[4] = L"abc";
     MLoadStringF(kFormatId, untouched, 0, 1, L"x");
     EXPECT_STREQ(untouched, L"abc");
@@ -163,6 +168,7 @@ TEST_F(KelResourceTest, RawResourcesAndTheLastError) {
     EXPECT_EQ(copy.GetSizeInBytes(), bytes.size());
     copy.Release();
     EXPECT_EQ(copy.GetData(), nullptr);
+    EXPECT_EQ(copy.GetSizeInBytes(), bytes.size()); // Release keeps the size
     EXPECT_NE(resource.GetData(), nullptr);
 
     // An empty resource is found and loaded but cannot be locked: a failure with an error.
