@@ -50,6 +50,11 @@ TEST(ResStringHook, WithoutHookNothingIsFoundAndOnlyTheStdStringIsEmptied) {
     EXPECT_EQ(KelResLoadCharEx(buffer, 7, 8), 0);
     EXPECT_EQ(buffer[0], L'\0');
     EXPECT_EQ(buffer[1], L'x');
+    // A buffer without room for the terminator is not written.
+    buffer[0] = L'x';
+    EXPECT_EQ(KelResLoadCharEx(buffer, 7, 0), 0);
+    EXPECT_EQ(buffer[0], L'x');
+    EXPECT_EQ(KelResLoadCharEx(nullptr, 7, 0), 0);
 }
 
 TEST(ResStringHook, HookServesEveryExLookup) {
