@@ -1,5 +1,6 @@
 // Conversions between UTF-16 and the active code page (CP_ACP, flags 0). Each asks the
-// platform for the length first, allocates exactly that, and converts a second time.
+// platform for the length first, allocates exactly that, and converts a second time. StdBase's
+// conversions do not serve here: they take no replacement character and report no failure.
 #include "CharacterSetConversions.h"
 
 #include <windows.h>

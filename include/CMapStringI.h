@@ -16,6 +16,7 @@ public:
     bool Lookup(const wchar_t* key, void*& value) const;
     // The entry's value slot; a key matching no entry is added as spelled.
     void*& operator[](const wchar_t* key);
+    // The base's SetAt is not virtual and compares exactly: it would add a second spelling.
     void SetAt(const wchar_t* key, void* value) { (*this)[key] = value; }
     bool RemoveKey(const wchar_t* key);
 };
@@ -27,6 +28,7 @@ public:
     bool Lookup(const wchar_t* key, CString& value) const;
     // The entry's value slot; a key matching no entry is added as spelled.
     CString& operator[](const wchar_t* key);
+    // Hides the base's exact SetAt, as above.
     void SetAt(const wchar_t* key, const wchar_t* value) { (*this)[key] = value; }
     bool RemoveKey(const wchar_t* key);
 };
