@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#if defined(__x86_64__) || defined(__i386__)
+#ifdef __x86_64__
 #include <cpuid.h>
 #include <immintrin.h>
 #define KEL_CRC_X86 1
@@ -26,6 +26,7 @@ std::uint64_t Load64(const unsigned char* p) {
 // Reflected 32-bit CRC: register bit j stands for x^(31-j).
 struct Reflected32 {
     using Reg = std::uint32_t;
+    using Loop = Crc32Loop;
     static constexpr bool Reflected = true;
     static Reg Power(int j) { return 0x80000000u >> j; }
     static Reg TimesX(Reg r, Reg polynomial) { return (r >> 1) ^ ((r & 1u) ? polynomial : 0u); }
@@ -45,6 +46,7 @@ struct Reflected32 {
 // Most significant bit first 16-bit CRC: register bit j stands for x^j.
 struct Msb16 {
     using Reg = std::uint16_t;
+    using Loop = Crc16Loop;
     static constexpr bool Reflected = false;
     static Reg Power(int j) { return static_cast<Reg>(1u << j); }
     static Reg TimesX(Reg r, Reg polynomial) {
@@ -196,9 +198,14 @@ KEL_CLMUL_INLINE __m128i Constants(const std::uint64_t* pair) {
     return _mm_set_epi64x(static_cast<long long>(pair[1]), static_cast<long long>(pair[0]));
 }
 
+// The 16 bytes in each of the four lanes. (The unmasked forms of the lane intrinsics warn in
+// this compiler's own headers.)
+KEL_WIDE_INLINE __m512i Broadcast(__m128i x) {
+    return _mm512_maskz_broadcast_i32x4(0xFFFF, x);
+}
+
 KEL_WIDE_INLINE __m512i WideConstants(const std::uint64_t* pair) {
-    const long long low = static_cast<long long>(pair[0]), high = static_cast<long long>(pair[1]);
-    return _mm512_set_epi64(high, low, high, low, high, low, high, low);
+    return Broadcast(Constants(pair));
 }
 
 // x moved on by the distance of k, plus next.
@@ -223,9 +230,9 @@ FoldTail(__m128i x, const unsigned char* p, const unsigned char* end,
 // Four 16-byte lanes side by side, then one. `first` is the register placed where it belongs
 // in the first lane; needs at least 64 bytes.
 template <bool Reversed>
-KEL_CLMUL_INLINE const unsigned char* FoldLanes(const unsigned char* p, const unsigned char* end,
-                                                __m128i first, const std::uint64_t* constants,
-                                                unsigned char* residue) {
+KEL_CLMUL const unsigned char* FoldLanes(const unsigned char* p, const unsigned char* end,
+                                         __m128i first, const std::uint64_t* constants,
+                                         unsigned char* residue) {
     const __m128i k512 = Constants(constants + Fold512Low);
     const __m128i k128 = Constants(constants + Fold128Low);
     __m128i x0 = _mm_xor_si128(Lane<Reversed>(p), first);
@@ -244,14 +251,9 @@ KEL_CLMUL_INLINE const unsigned char* FoldLanes(const unsigned char* p, const un
     return FoldTail<Reversed>(x3, p, end, constants, residue);
 }
 
-KEL_WIDE_INLINE __m512i WideReverseMask() {
-    const long long low = 0x08090A0B0C0D0E0F, high = 0x0001020304050607;
-    return _mm512_set_epi64(high, low, high, low, high, low, high, low);
-}
-
 template <bool Reversed> KEL_WIDE_INLINE __m512i WideLane(const unsigned char* p) {
     const __m512i x = _mm512_loadu_si512(p);
-    return Reversed ? _mm512_shuffle_epi8(x, WideReverseMask()) : x;
+    return Reversed ? _mm512_shuffle_epi8(x, Broadcast(ReverseMask())) : x;
 }
 
 KEL_WIDE_INLINE __m512i WideFold(__m512i x, __m512i k, __m512i next) {
@@ -289,9 +291,9 @@ KEL_WIDE_INLINE __m512i FourChains(const unsigned char* p, std::size_t steps, st
 // Regions, then four interleaved chains over the rest, then single 64-byte lanes, then the four
 // 16-byte parts of the last lane. Needs at least 256 bytes.
 template <bool Reversed>
-KEL_WIDE_INLINE const unsigned char* FoldWideLanes(const unsigned char* p, const unsigned char* end,
-                                                   __m128i first, const std::uint64_t* constants,
-                                                   unsigned char* residue) {
+KEL_WIDE const unsigned char* FoldWideLanes(const unsigned char* p, const unsigned char* end,
+                                            __m128i first, const std::uint64_t* constants,
+                                            unsigned char* residue) {
     const __m512i kRegion = WideConstants(constants + FoldRegionLow);
     const __m512i k2048 = WideConstants(constants + Fold2048Low);
     const __m512i k512 = WideConstants(constants + Fold512Low);
@@ -307,58 +309,50 @@ KEL_WIDE_INLINE const unsigned char* FoldWideLanes(const unsigned char* p, const
     __m512i x = FourChains<Reversed>(p, steps, 64, 256, carry, k2048, k512);
     for (p += 256 * steps; end - p >= 64; p += 64)
         x = WideFold(x, k512, WideLane<Reversed>(p));
-    // Through memory: this compiler's lane-extracting intrinsics warn in their own headers.
-    unsigned char parts[64];
-    _mm512_storeu_si512(parts, x);
-    __m128i part = _mm_loadu_si128(reinterpret_cast<const __m128i*>(parts));
-    for (int i = 1; i < 4; ++i)
-        part = Fold(part, k128, _mm_loadu_si128(reinterpret_cast<const __m128i*>(parts + 16 * i)));
+    __m128i part = _mm512_maskz_extracti32x4_epi32(0xF, x, 0);
+    part = Fold(part, k128, _mm512_maskz_extracti32x4_epi32(0xF, x, 1));
+    part = Fold(part, k128, _mm512_maskz_extracti32x4_epi32(0xF, x, 2));
+    part = Fold(part, k128, _mm512_maskz_extracti32x4_epi32(0xF, x, 3));
     return FoldTail<Reversed>(part, p, end, constants, residue);
 }
 
 // The register goes onto the first four bytes (reflected) or the top sixteen bits of the first
-// lane.
-KEL_CLMUL_INLINE __m128i First(std::uint32_t crc) {
+// lane. Plain SSE2, which every x86-64 processor has.
+__m128i First(std::uint32_t crc) {
     return _mm_cvtsi32_si128(static_cast<int>(crc));
 }
 
-KEL_CLMUL_INLINE __m128i First(std::uint16_t crc) {
+__m128i First(std::uint16_t crc) {
     return _mm_set_epi64x(static_cast<long long>(std::uint64_t{crc} << 48), 0);
 }
 
-// The folded residue and the bytes after the last whole lane go through the tables.
-template <class Tr>
-typename Tr::Reg Finish(const unsigned char* residue, const unsigned char* data,
-                        const unsigned char* end, const typename Tr::Reg (*tables)[256],
-                        const std::uint64_t* constants) {
-    const typename Tr::Reg crc = SliceLoop<Tr>(0, residue, 16, tables, constants);
-    return SliceLoop<Tr>(crc, data, static_cast<std::size_t>(end - data), tables, constants);
-}
+// FoldLanes or FoldWideLanes: the whole lanes from p on, carried into 16 residue bytes.
+using LaneFolder = const unsigned char* (*)(const unsigned char* p, const unsigned char* end,
+                                            __m128i first, const std::uint64_t* constants,
+                                            unsigned char* residue);
 
+// A carry-less loop: from MinLength bytes on, Folder takes the whole lanes and the tables take
+// its residue and the bytes after the last lane; shorter blocks go to the Shorter loop.
 // Most-significant-bit-first data is byte-reversed in the lanes; reflected data is not.
-template <class Tr>
-KEL_CLMUL typename Tr::Reg ClmulLoop(typename Tr::Reg crc, const unsigned char* data,
-                                     std::size_t length, const typename Tr::Reg (*tables)[256],
-                                     const std::uint64_t* constants) {
-    if (length < MinClmulLength)
-        return SliceLoop<Tr>(crc, data, length, tables, constants);
+template <class Tr, std::size_t MinLength, LaneFolder Folder, typename Tr::Loop Shorter>
+typename Tr::Reg CarrylessLoop(typename Tr::Reg crc, const unsigned char* data, std::size_t length,
+                               const typename Tr::Reg (*tables)[256],
+                               const std::uint64_t* constants) {
+    if (length < MinLength)
+        return Shorter(crc, data, length, tables, constants);
     unsigned char residue[16];
     const unsigned char* end = data + length;
-    data = FoldLanes<!Tr::Reflected>(data, end, First(crc), constants, residue);
-    return Finish<Tr>(residue, data, end, tables, constants);
+    data = Folder(data, end, First(crc), constants, residue);
+    const typename Tr::Reg folded = SliceLoop<Tr>(0, residue, 16, tables, constants);
+    return SliceLoop<Tr>(folded, data, static_cast<std::size_t>(end - data), tables, constants);
 }
 
 template <class Tr>
-KEL_WIDE typename Tr::Reg WideLoop(typename Tr::Reg crc, const unsigned char* data,
-                                   std::size_t length, const typename Tr::Reg (*tables)[256],
-                                   const std::uint64_t* constants) {
-    if (length < MinWideLength)
-        return ClmulLoop<Tr>(crc, data, length, tables, constants);
-    unsigned char residue[16];
-    const unsigned char* end = data + length;
-    data = FoldWideLanes<!Tr::Reflected>(data, end, First(crc), constants, residue);
-    return Finish<Tr>(residue, data, end, tables, constants);
-}
+constexpr typename Tr::Loop ClmulLoop =
+    CarrylessLoop<Tr, MinClmulLength, FoldLanes<!Tr::Reflected>, SliceLoop<Tr>>;
+template <class Tr>
+constexpr typename Tr::Loop WideLoop =
+    CarrylessLoop<Tr, MinWideLength, FoldWideLanes<!Tr::Reflected>, ClmulLoop<Tr>>;
 
 bool HasClmul() {
     unsigned eax, ebx, ecx, edx;
