@@ -15,7 +15,8 @@ public:
     virtual void StartListen() = 0;
     virtual void StopListen() = 0;
 
-    // Begins a level for its scope and ends it when it closes.
+    // Begins a level for its scope and ends it when it closes. The text goes to STATUS_BEGIN as
+    // its format, so a '%' in it must be doubled.
     class KELBASE_API Session {
     public:
         Session(double low, double high, const wchar_t* text);

@@ -88,7 +88,8 @@ public:
     static vector_facade GetProgressPointers();
 
     // Replaces how messages reach windows (systems without window messages, tests); null
-    // restores the platform's delivery. Returns the delivery that was in place.
+    // restores the platform's delivery. Returns the delivery that was in place. Not guarded:
+    // replace it while no level reports.
     static MessageDelivery SetMessageDelivery(MessageDelivery delivery);
 
 private:

@@ -65,7 +65,8 @@ private:
     std::vector<MProgress*>& _CurrentLevels();
 
     // Levels by thread id, owned: created by StatusBegin, deleted by StatusEnd. Entries are
-    // never removed, and no lock guards the map: each thread touches only its own stack, so
-    // only two threads' very first calls must not race (the caller's duty).
+    // never removed. No lock guards the map (a lock made per call would guard nothing, so none
+    // is made): each thread touches only its own stack, but a thread's first call inserts its
+    // entry, which must not run while another thread reports (the caller's duty).
     std::map<unsigned int, std::vector<MProgress*>> m_levelsByThread;
 };

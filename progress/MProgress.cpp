@@ -6,8 +6,8 @@ MProgress::MProgress(double low, double high, bool begin)
     : m_active(false), m_adjustByLowerLevels(false), m_levelIndex(NotRegistered), m_rangeLow(low),
       m_rangeHigh(high), m_rangeSpan(high - low), m_scale(-1.0), m_position(0.0), m_step(1.0),
       m_lastPercent(-1) {
+    // Not registered yet: the range leaves the scale at -1.0 until the first begin.
     _SetRange(low, high);
-    m_scale = -1.0;
     if (begin)
         _Begin();
 }
@@ -33,7 +33,7 @@ void MProgress::Increment(double delta) {
     MProgressManager::NotifySink();
     m_position += delta;
     const double v = m_position * m_scale;
-    // Before the first begin the scale is negative, so nothing is forwarded then.
+    // Before the first begin the scale is negative, so a forward move forwards nothing then.
     if (v > 0.0)
         _ForwardIfNew(static_cast<long>(v + 0.5));
     m_step = 1.0;
@@ -47,6 +47,8 @@ void MProgress::Increment() {
 void MProgress::SetCurrentPosition(double position) {
     StdBase::LocalLock lock(*this);
     m_position = position;
+    // Rounded half up like an increment, but with no test of sign: the truncation toward zero
+    // makes anything above -1.5 percent a 0, which a fresh level forwards.
     _ForwardIfNew(static_cast<long>(position * m_scale + 0.5));
 }
 
