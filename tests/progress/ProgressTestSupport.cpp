@@ -37,6 +37,14 @@ std::vector<Delivered> RecordedFor(HWND window) {
     return result;
 }
 
+std::vector<Delivered> WithoutLevelTextAddresses(std::vector<Delivered> messages,
+                                                 std::intptr_t beginText) {
+    for (Delivered& d : messages)
+        if (d.message == MProgressManager::MessageText && d.lParam != beginText)
+            d.lParam = 0;
+    return messages;
+}
+
 const wchar_t* const FirstBeginText = L"first level text";
 
 std::intptr_t EstablishBeginText(HWND window) {

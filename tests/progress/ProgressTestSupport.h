@@ -33,6 +33,10 @@ std::vector<Delivered>& Recorded();
 void Record(HWND window, unsigned int message, std::uintptr_t wParam, std::intptr_t lParam,
             bool posted);
 std::vector<Delivered> RecordedFor(HWND window);
+// `messages` with the text addresses blanked but for the begin text's: the levels of the
+// status listener are gone by the time a test could ask for their texts' addresses.
+std::vector<Delivered> WithoutLevelTextAddresses(std::vector<Delivered> messages,
+                                                 std::intptr_t beginText);
 
 // The text of the first level that began with a window: every begin message carries it.
 extern const wchar_t* const FirstBeginText;

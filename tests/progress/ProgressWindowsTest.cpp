@@ -121,16 +121,6 @@ TEST_F(WindowTest, WorkerProgressIsDroppedUnlessOtherThreadsWindowsAreServed) {
     EXPECT_EQ(Recorded(), expected);
 }
 
-// The messages of `window` with the addresses of level texts blanked: the texts belong to
-// levels that the adapter has deleted by the time the queue is read.
-std::vector<Delivered> QueuedFor(HWND window, std::intptr_t beginText) {
-    std::vector<Delivered> result = RecordedFor(window);
-    for (Delivered& d : result)
-        if (d.message == M::MessageText && d.lParam != beginText)
-            d.lParam = 0;
-    return result;
-}
-
 TEST_F(WindowTest, AdapterKeepsOneStackPerThread) {
     const std::intptr_t beginText = EstablishBeginText(a);
     MProgress::AttachUITarget(0, a);
@@ -187,8 +177,8 @@ TEST_F(WindowTest, AdapterKeepsOneStackPerThread) {
     for (int percent = 1; percent <= 100; ++percent)
         expectedB.push_back(Posted(b, M::MessagePercent, 1, percent));
     expectedB.push_back(Posted(b, M::MessageEnd, 1, 0));
-    EXPECT_EQ(QueuedFor(a, beginText), expectedA);
-    EXPECT_EQ(QueuedFor(b, beginText), expectedB);
+    EXPECT_EQ(WithoutLevelTextAddresses(RecordedFor(a), beginText), expectedA);
+    EXPECT_EQ(WithoutLevelTextAddresses(RecordedFor(b), beginText), expectedB);
 }
 
 } // namespace
