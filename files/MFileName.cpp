@@ -31,19 +31,12 @@ const std::ctype<wchar_t>& CaseFacet() {
     return std::use_facet<std::ctype<wchar_t>>(std::locale());
 }
 
-// Equal after lowering through the locale; slash and backslash are the same separator.
+// Equal after lowering each character through the locale.
 bool EqualIgnoringCase(std::wstring_view a, std::wstring_view b) {
-    if (a.size() != b.size())
-        return false;
     const auto& facet = CaseFacet();
-    const auto fold = [&facet](wchar_t c) {
-        return Grammar::IsSeparator(c) ? L'\\' : facet.tolower(c);
-    };
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        if (fold(a[i]) != fold(b[i]))
-            return false;
-    }
-    return true;
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&facet](wchar_t x, wchar_t y) {
+        return facet.tolower(x) == facet.tolower(y);
+    });
 }
 
 std::wstring_view WithoutTrailingSeparator(std::wstring_view dir) {
@@ -61,12 +54,13 @@ std::wstring Lowered(std::wstring_view text) {
 bool WildcardMatch(std::wstring_view text, std::wstring_view pattern) {
     std::size_t t = 0, p = 0, star = std::wstring_view::npos, starText = 0;
     while (t < text.size()) {
-        if (p < pattern.size() && (pattern[p] == L'?' || pattern[p] == text[t])) {
-            ++t;
-            ++p;
-        } else if (p < pattern.size() && pattern[p] == L'*') {
+        // A '*' is a wildcard even where the text holds a '*' too.
+        if (p < pattern.size() && pattern[p] == L'*') {
             star = p++;
             starText = t;
+        } else if (p < pattern.size() && (pattern[p] == L'?' || pattern[p] == text[t])) {
+            ++t;
+            ++p;
         } else if (star != std::wstring_view::npos) {
             p = star + 1;
             t = ++starText;
@@ -222,13 +216,12 @@ const wchar_t* MFileName::GET() const {
     full.reserve(m_drive.size() + m_dir.size() + m_file.size() + m_ext.size() + 2);
     full += m_drive;
     // A name that holds only a directory is rooted; one with a drive needs no separator, as the
-    // drive ends with one. Slash and backslash both count as a separator already there, so
-    // paths written with slashes compose back as written and a directory that starts with one
-    // gets no second one (which would make it a network root).
-    if (m_drive.empty() && !m_dir.empty() && !hasName && !Grammar::IsSeparator(m_dir.front()))
+    // drive ends with one. Only a backslash counts as the separator already there: a directory
+    // written with slashes gets a backslash before the name, which the system reads alike.
+    if (m_drive.empty() && !m_dir.empty() && !hasName)
         full += L'\\';
     full += m_dir;
-    if (!m_dir.empty() && hasName && !Grammar::IsSeparator(m_dir.back()))
+    if (!m_dir.empty() && hasName && m_dir.back() != L'\\')
         full += L'\\';
     full += m_file;
     full += m_ext;
@@ -282,8 +275,6 @@ void MFileName::SET_RELATIVE_PATH_MODE(bool on) {
     m_relative_path_mode = on;
     if (on)
         m_dir.erase(0, std::min(m_dir.find_first_not_of(L"\\/"), m_dir.size()));
-    else if (m_drive.empty() && !m_dir.empty() && !Grammar::IsSeparator(m_dir.front()))
-        m_dir.insert(0, 1, L'\\');
 }
 
 bool MFileName::_COMPARE_PARTS(const std::wstring& a, const std::wstring& b) {

@@ -26,7 +26,7 @@ public:
 
     MFileName();
     MFileName(const MFileName& other);
-    explicit MFileName(const wchar_t* path, bool dirOnly = false);
+    MFileName(const wchar_t* path, bool dirOnly = false);
     // The folder is split as SET does with folderIsDirectory as its dirOnly; file and extension
     // then replace whatever name it ended in.
     MFileName(const wchar_t* folder, const wchar_t* file, const wchar_t* ext,
@@ -70,19 +70,22 @@ public:
     MFileName& APPEND(const MFileName& other);
     MFileName& operator+=(const MFileName& other) { return APPEND(other); }
 
-    // On, the directory loses its leading separators (it is meant below some other folder);
-    // off, a directory without a drive gets one leading backslash (rooted at the current
-    // drive, the form GET gives a name that holds only a directory).
+    // On, the directory loses its leading separators (it is meant below some other folder).
+    // Off, the directory stays as it is: GET already roots a name that holds only a directory,
+    // and a separator put in front of it would make that a network root.
     void SET_RELATIVE_PATH_MODE(bool on);
     bool IS_RELATIVE_PATH_MODE() const { return m_relative_path_mode; }
 
-    // True when every part selected by the mask (PartMask) is equal, case-insensitively.
+    // True when every part selected by the mask (PartMask) is equal, case-insensitively; a
+    // slash and a backslash are different characters, except at the end of a directory.
     bool COMPARE(const MFileName& other, unsigned short parts = PART_ALL) const;
     bool operator==(const MFileName& other) const { return COMPARE(other, PART_ALL); }
     bool operator!=(const MFileName& other) const { return !COMPARE(other, PART_ALL); }
     // Through the conversion to a pointer these would compare addresses, never paths.
-    bool operator==(const wchar_t*) const = delete;
-    bool operator!=(const wchar_t*) const = delete;
+    friend bool operator==(const MFileName&, const wchar_t*) = delete;
+    friend bool operator!=(const MFileName&, const wchar_t*) = delete;
+    friend bool operator==(const wchar_t*, const MFileName&) = delete;
+    friend bool operator!=(const wchar_t*, const MFileName&) = delete;
 
     // Case-insensitive wildcard patterns ('*' any run, '?' one character).
     bool FILTER_EXT(const wchar_t* pattern) const;
@@ -129,7 +132,7 @@ private:
     std::wstring m_dir;
     std::wstring m_file;
     std::wstring m_ext;
-    mutable std::wstring m_full;
+    mutable std::wstring m_full; // rebuilt by GET, which a const name allows too
     bool m_relative_path_mode;
 };
 

@@ -29,7 +29,8 @@ void ExpectParts(const MFileName& name, const SplitCase& c) {
 TEST(MFileNameTest, SplitsAndComposes) {
     const SplitCase cases[] = {
         {L"C:\\a\\b\\f.txt", false, L"C:\\", L"a\\b\\", L"f", L".txt", L"C:\\a\\b\\f.txt"},
-        {L"C:/a/b/f.txt", false, L"C:/", L"a/b/", L"f", L".txt", L"C:/a/b/f.txt"},
+        // Only a backslash counts as the separator before the name.
+        {L"C:/a/b/f.txt", false, L"C:/", L"a/b/", L"f", L".txt", L"C:/a/b/\\f.txt"},
         {L"C:\\a/b\\", false, L"C:\\", L"a/b\\", L"", L"", L"C:\\a/b\\"},
         {L"C:\\", false, L"C:\\", L"", L"", L"", L"C:\\"},
         {L"/", false, L"/", L"", L"", L"", L"/"},
@@ -78,21 +79,23 @@ TEST(MFileNameTest, SplitsAndComposes) {
 }
 
 // Splitting what GET composed gives the same parts again, except for a name that holds only a
-// directory, which GET roots with a backslash, and for a text that now starts with ".." (from
+// directory, which GET roots with a backslash, for a directory that ends with a slash, which
+// GET follows with a backslash before the name, and for a text that now starts with ".." (from
 // "C:..", whose drive was dropped), which is split below a root directory.
 TEST(MFileNameTest, ComposedPathsSplitTheSameWay) {
     for (const std::wstring& path : GeneratedPaths()) {
         MFileName name(path.c_str());
         const MFileName again(name.GET());
-        const bool onlyDirectory =
-            *name.GET_DRIVE_PART() == 0 && *name.GET_FILE_PART() == 0 && *name.GET_EXT_PART() == 0;
-        if (onlyDirectory && *name.GET_DIR_PART() != 0) {
-            EXPECT_EQ(std::wstring(name.GET()), L"\\" + std::wstring(name.GET_DIR_PART())) << path;
+        const std::wstring dir = name.GET_DIR_PART();
+        const bool hasName = *name.GET_FILE_PART() != 0 || *name.GET_EXT_PART() != 0;
+        if (*name.GET_DRIVE_PART() == 0 && !hasName && !dir.empty()) {
+            EXPECT_EQ(std::wstring(name.GET()), L"\\" + dir) << path;
             continue;
         }
         const bool goesUp = std::wstring(name.GET()).compare(0, 2, L"..") == 0;
+        const bool slashBeforeName = hasName && !dir.empty() && dir.back() == L'/';
         EXPECT_STREQ(again.GET_DRIVE_PART(), goesUp ? L"\\" : name.GET_DRIVE_PART()) << path;
-        EXPECT_STREQ(again.GET_DIR_PART(), name.GET_DIR_PART()) << path;
+        EXPECT_EQ(again.GET_DIR_PART(), slashBeforeName ? dir + L'\\' : dir) << path;
         EXPECT_STREQ(again.GET_FILE_PART(), name.GET_FILE_PART()) << path;
         EXPECT_STREQ(again.GET_EXT_PART(), name.GET_EXT_PART()) << path;
     }
@@ -128,11 +131,10 @@ TEST(MFileNameTest, GrammarKnowsNetworkAndDeviceRoots) {
 
 TEST(MFileNameTest, ComposesFromParts) {
     EXPECT_STREQ(MFileName(L"", L"abc", L"", L"").GET(), L"\\abc");
-    EXPECT_STREQ(MFileName(L"", L"\\abc", L"", L"").GET(), L"\\abc");
     EXPECT_STREQ(MFileName(L"C:\\", L"abc", L"", L"").GET(), L"C:\\abc");
     EXPECT_STREQ(MFileName(L"", L"abc", L"f", L".x").GET(), L"abc\\f.x");
     EXPECT_STREQ(MFileName(L"", L"abc\\", L"f", L"").GET(), L"abc\\f");
-    EXPECT_STREQ(MFileName(L"", L"abc/", L"", L".x").GET(), L"abc/.x");
+    EXPECT_STREQ(MFileName(L"", L"abc/", L"", L".x").GET(), L"abc/\\.x");
     EXPECT_STREQ(MFileName(L"C:", L"", L"f", L".x").GET(), L"C:f.x");
     EXPECT_STREQ(MFileName(nullptr, nullptr, nullptr, nullptr).GET(), L"");
 
@@ -217,17 +219,16 @@ TEST(MFileNameTest, AppendsBelowTheFolder) {
 }
 
 TEST(MFileNameTest, RelativePathModeReformsTheDirectory) {
-    MFileName name(L"\\\\top\\sub\\f", false);
-    ASSERT_STREQ(name.GET_DIR_PART(), L"sub\\");
-    MFileName rooted(L"", L"\\top\\", L"f", L"");
-    rooted.SET_RELATIVE_PATH_MODE(true);
-    EXPECT_TRUE(rooted.IS_RELATIVE_PATH_MODE());
-    EXPECT_STREQ(rooted.GET(), L"top\\f");
-    rooted.SET_RELATIVE_PATH_MODE(false);
-    EXPECT_STREQ(rooted.GET(), L"\\top\\f");
-    MFileName withDrive(L"C:\\", L"top\\", L"f", L"");
-    withDrive.SET_RELATIVE_PATH_MODE(false);
-    EXPECT_STREQ(withDrive.GET(), L"C:\\top\\f");
+    MFileName name(L"", L"\\\\top\\", L"f", L"");
+    name.SET_RELATIVE_PATH_MODE(true);
+    EXPECT_TRUE(name.IS_RELATIVE_PATH_MODE());
+    EXPECT_STREQ(name.GET(), L"top\\f");
+    name.SET_RELATIVE_PATH_MODE(false);
+    EXPECT_FALSE(name.IS_RELATIVE_PATH_MODE());
+    EXPECT_STREQ(name.GET(), L"top\\f");
+    // Without its file the name is rooted once, never made a network root.
+    name.SET_FILE_PART(nullptr);
+    EXPECT_STREQ(name.GET(), L"\\top\\");
 }
 
 TEST(MFileNameTest, ComparesByMask) {
@@ -244,7 +245,7 @@ TEST(MFileNameTest, ComparesByMask) {
     const MFileName differing[] = {
         MFileName(L"d:\\", L"dir\\sub", L"NAME", L".ext"),
         MFileName(L"C:\\", L"dir\\other\\", L"NAME", L".ext"),
-        MFileName(L"C:\\", L"dir/sub/", L"NAME2", L".ext"),
+        MFileName(L"C:\\", L"dir\\sub/", L"NAME2", L".ext"),
         MFileName(L"C:\\", L"DIR\\SUB", L"NAME", L".ex"),
     };
     for (unsigned short i = 0; i < 4; ++i) {
@@ -254,8 +255,11 @@ TEST(MFileNameTest, ComparesByMask) {
         EXPECT_TRUE(base.COMPARE(differing[i], MFileName::PART_ALL & ~bit)) << bit;
         EXPECT_TRUE(base != differing[i]);
     }
-    EXPECT_TRUE(MFileName(L"C:\\A\\B\\", true) == MFileName(L"c:/a/b", true));
-    EXPECT_FALSE(MFileName(L"C:\\A\\B\\", true) == MFileName(L"c:/a/bc", true));
+    EXPECT_TRUE(MFileName(L"C:\\A\\B\\", true) == MFileName(L"c:\\a\\b", true));
+    EXPECT_FALSE(MFileName(L"C:\\A\\B\\", true) == MFileName(L"c:\\a\\bc", true));
+    // Slash and backslash are different characters before the end of a directory.
+    EXPECT_FALSE(MFileName(L"C:\\A\\B", true) == MFileName(L"C:\\A/B", true));
+    EXPECT_FALSE(MFileName(L"C:\\A", true) == MFileName(L"C:/A", true));
 }
 
 TEST(MFileNameTest, FiltersByPattern) {
@@ -273,6 +277,11 @@ TEST(MFileNameTest, FiltersByPattern) {
     EXPECT_TRUE(report.FILTER(L"*", L".TXT"));
     EXPECT_FALSE(report.FILTER(L"x*", L".txt"));
     EXPECT_FALSE(report.FILTER(L"*", L".doc"));
+
+    // '*' in the pattern stays a wildcard where the name holds a '*'.
+    const MFileName starred(L"", L"", L"*x", L".*y");
+    EXPECT_TRUE(starred.FILTER_FILE(L"*"));
+    EXPECT_TRUE(starred.FILTER(L"*X", L".*"));
 
     const MFileName bare(L"C:\\d\\Makefile");
     EXPECT_TRUE(bare.FILTER_EXT(L""));
