@@ -82,13 +82,6 @@ bool SetFolder(MFileName& name, DWORD(WINAPI* query)(DWORD, LPWSTR)) {
     return true;
 }
 
-long long DecimalDigits(unsigned value) {
-    long long digits = 0;
-    for (; value != 0; value /= 10)
-        ++digits;
-    return digits;
-}
-
 // "~kel<n>" without a prefix (an empty one counts as none); otherwise the prefix, cut so that
 // the name fits beside the folder and extension, and the number, zero-padded to width when
 // width is 1 to 127.
@@ -97,7 +90,10 @@ std::wstring TempFileName(const wchar_t* prefix, unsigned short counter, int wid
     std::wstring number = std::to_wstring(counter);
     if (!prefix || !*prefix)
         return L"~kel" + number;
-    const long long digits = width != 0 ? width : DecimalDigits(counter);
+    // The prefix's room counts no digits for a counter of 0.
+    const long long digits = width != 0     ? width
+                             : counter == 0 ? 0LL
+                                            : static_cast<long long>(number.size());
     const long long room = 256 - static_cast<long long>(usedByDirAndExt) - digits;
     if (width >= 1 && width <= 127 && number.size() < static_cast<std::size_t>(width))
         number.insert(0, width - number.size(), L'0');
@@ -201,8 +197,9 @@ unsigned short MFileName::SET_TEMP_NAME(const wchar_t* dir, const wchar_t* prefi
 
     const bool shared = start == 0xFFFF;
     unsigned short counter = shared ? g_tempNameCounter : start;
-    // The attempts stop after the counter's whole range only so that a folder holding every
-    // name cannot make this loop forever.
+    // The attempts stop after the counter's whole range, the last name standing even though it
+    // exists, so that a folder holding every name, or a prefix that a separator cuts before the
+    // number, cannot make this loop forever.
     for (unsigned attempt = 1;; ++attempt) {
         SET_FILE_PART(TempFileName(prefix, counter, width, m_dir.size() + m_ext.size()).c_str());
         if (!DOES_EXIST() || attempt == 0x10000)
