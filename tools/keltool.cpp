@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <cwchar>
+#include <cwctype>
 #include <memory>
 #include <optional>
 #include <string>
@@ -12,6 +13,7 @@
 
 #include "CFile.h"
 #include "KelBase.h"
+#include "StdBase.h"
 
 namespace {
 
@@ -49,11 +51,7 @@ const wchar_t Help[] =
 
 // Text goes out as UTF-8 (the console is switched to it), so that any file name shows.
 void Write(FILE* stream, const std::wstring& text) {
-    const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()),
-                                         nullptr, 0, nullptr, nullptr);
-    std::string bytes(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), &bytes[0], size,
-                        nullptr, nullptr);
+    const std::string bytes = StdBase::ConvertUnicodeToUtf8(text);
     std::fwrite(bytes.data(), 1, bytes.size(), stream);
     std::fflush(stream);
 }
@@ -64,9 +62,7 @@ int Fail(const std::wstring& message) {
 }
 
 std::wstring Hex(DWORD value, int digits) {
-    wchar_t text[16];
-    std::swprintf(text, 16, L"%0*lX", digits, static_cast<unsigned long>(value));
-    return text;
+    return StdBase::FormatString(L"%0*lX", digits, static_cast<unsigned long>(value));
 }
 
 // The system's text for an error code, without its line end.
@@ -204,8 +200,10 @@ DWORD CheckFile(FileCommand& command, const std::wstring& path, bool terminal) {
     command.check->Reset();
     std::optional<IStatusCallback::Session> level;
     if (bar) {
-        level.emplace(0.0, length ? static_cast<double>(length) : 1.0, path.c_str());
-        // A begin shows the text of the very first level ever begun; this one's own follows.
+        // A begin formats its text and a file name may hold a %, so the level begins without
+        // one and gets the name as it is. (A begin message shows the text of the first level
+        // ever begun anyway.)
+        level.emplace(0.0, length ? static_cast<double>(length) : 1.0, L"");
         IStatusCallback::STATUS_TEXT(0, path.c_str());
     }
     for (;;) {
@@ -238,11 +236,16 @@ int RunFileCommand(const std::wstring& name, const std::vector<std::wstring>& ar
             command.progress = Progress::Never;
         else if (option.compare(0, 13, L"--polynomial=") == 0 &&
                  (name == L"crc32" || name == L"crc16")) {
+            // Hexadecimal digits (after an optional 0x) that fit the CRC's width; no sign.
+            const wchar_t* digits = option.c_str() + 13;
             wchar_t* end = nullptr;
-            polynomial = std::wcstoul(option.c_str() + 13, &end, 16);
+            const unsigned long long value = std::wcstoull(digits, &end, 16);
+            const unsigned long long largest = name == L"crc16" ? 0xFFFF : 0xFFFFFFFF;
+            if (!std::iswxdigit(*digits) || *end || value > largest)
+                return Fail(L"not a hexadecimal polynomial of " + name.substr(3) + L" bits: " +
+                            option.substr(13));
+            polynomial = static_cast<unsigned long>(value);
             hasPolynomial = true;
-            if (end == option.c_str() + 13 || *end)
-                return Fail(L"not a hexadecimal polynomial: " + option.substr(13));
         } else
             return Fail(L"unknown option " + option + L" of " + name + L" (see keltool --help)");
     }

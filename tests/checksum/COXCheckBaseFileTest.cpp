@@ -91,10 +91,12 @@ TEST_F(COXCheckBaseFileTest, CountAndBufferStoppingRule) {
     EXPECT_EQ(tail.CalculateBlock(m_data.data() + 4000, 1000),
               crc.CalculateFile(&file, 0xFFFFFFFF, 300));
 
-    // Nothing to read leaves the value as it was.
+    // A count or a buffer of 0 reads nothing: value and position stay as they were.
+    file.SeekToBegin();
     crc.Reset();
     EXPECT_EQ(0xFFFFFFFFu, crc.CalculateFile(&file, 0, 2048));
     EXPECT_EQ(0xFFFFFFFFu, crc.CalculateFile(&file, 100, 0));
+    EXPECT_EQ(0u, file.GetPosition());
     EXPECT_EQ(0xFFFFFFFFu, crc.CalculateFile(nullptr, 100, 2048));
 }
 

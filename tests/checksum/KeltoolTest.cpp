@@ -14,6 +14,7 @@
 
 #include "Clipboard.h"
 #include "KelBaseVersion.h"
+#include "StdBase.h"
 
 namespace fs = std::filesystem;
 
@@ -31,14 +32,8 @@ fs::path Here() {
     return fs::path(path).parent_path();
 }
 
-std::string Utf8(const std::wstring& text) {
-    const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()),
-                                         nullptr, 0, nullptr, nullptr);
-    std::string bytes(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), &bytes[0], size,
-                        nullptr, nullptr);
-    return bytes;
-}
+// keltool writes its text as UTF-8.
+auto& Utf8 = StdBase::ConvertUnicodeToUtf8;
 
 std::string ReadAll(const fs::path& path) {
     std::ifstream in(path, std::ios::binary);
@@ -148,14 +143,24 @@ TEST_F(KeltoolTest, OtherChecksAndTheirDefaults) {
     EXPECT_EQ("0125  " + abc8 + "\r\n", Run({L"sum16", abc}).out);
     EXPECT_EQ("00000125  " + abc8 + "\r\n", Run({L"sum32", abc}).out);
 
-    const Result bad = Run({L"crc16", L"--polynomial=xyz", digits});
-    EXPECT_EQ(1u, bad.exitCode);
-    EXPECT_EQ("", bad.out);
-    EXPECT_NE(std::string::npos, bad.err.find("xyz"));
+    EXPECT_EQ("29B1  " + digits8 + "\r\n", Run({L"crc16", L"--polynomial=0x1021", digits}).out);
+    // Not hexadecimal, wider than the CRC, or signed: refused, nothing computed.
+    for (const std::vector<std::wstring>& arguments :
+         {std::vector<std::wstring>{L"crc16", L"--polynomial=xyz", digits},
+          {L"crc16", L"--polynomial=11021", digits},
+          {L"crc32", L"--polynomial=1EDB88320", digits},
+          {L"crc32", L"--polynomial=-1", digits}}) {
+        const Result bad = Run(arguments);
+        EXPECT_EQ(1u, bad.exitCode);
+        EXPECT_EQ("", bad.out);
+        EXPECT_NE(std::string::npos, bad.err.find(Utf8(arguments[1].substr(13)))) << bad.err;
+    }
 }
 
 TEST_F(KeltoolTest, ProgressBarThroughTheStatusChannel) {
-    const fs::path big = Make(L"progress.bin", std::string(40u << 20, 'x'));
+    // A name is no format: taken as one, these conversions read arguments that are not there.
+    const fs::path big =
+        Make(L"progress %s%s%s%s%s%s%s%s%s%s%s%s.bin", std::string(40u << 20, 'x'));
     const Result result = Run({L"crc32", L"--progress", L"--standard", big.wstring()});
     EXPECT_EQ(0u, result.exitCode);
     EXPECT_EQ(Hex8(ZlibCrc32(big)) + "  " + Utf8(big.wstring()) + "\r\n", result.out);
