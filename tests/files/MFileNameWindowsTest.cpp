@@ -23,7 +23,7 @@ bool IsLink(const std::wstring& path) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT);
 }
 
-void WriteFile(const std::wstring& path, const std::string& content) {
+void WriteContent(const std::wstring& path, const std::string& content) {
     std::ofstream(fs::path(path), std::ios::binary) << content;
 }
 
@@ -73,15 +73,15 @@ protected:
         ASSERT_TRUE(fs::create_directories(m_folder));
     }
     void TearDown() override {
-        // A link that the system cannot remove (Wine's host links) goes through the host.
-        for (const std::wstring& link : m_hostLinks) {
-            if (IsLink(link)) {
-                RunCommand(L"Z:\\bin\\rm -f " + Widen(HostPath(link)));
-                Await([&link] { return !Exists(link); });
-            }
-        }
-        std::error_code ignored;
-        fs::remove_all(m_folder, ignored);
+        // Links that the system cannot remove (Wine's host links, dangling ones too) go
+        // through the host, so that a failed run leaves nothing that fails the next one.
+        for (const std::wstring& link : m_hostLinks)
+            RunCommand(L"Z:\\bin\\rm -f " + Widen(HostPath(link)));
+        Await([this] {
+            std::error_code ignored;
+            fs::remove_all(m_folder, ignored);
+            return !Exists(m_folder);
+        });
     }
 
     std::wstring Path(const std::wstring& name) const { return m_folder + L"\\" + name; }
@@ -139,14 +139,14 @@ TEST(MFileNameGrammar, AgreesWithTheRuntimePathType) {
 }
 
 TEST_F(MFileNameFiles, QueriesTheFileSystem) {
-    WriteFile(Path(L"five.bin"), "12345");
+    WriteContent(Path(L"five.bin"), "12345");
     const MFileName file(Path(L"five.bin").c_str());
     EXPECT_TRUE(file.DOES_EXIST());
     EXPECT_EQ(file.FILE_SIZE(), 5);
     EXPECT_TRUE(file.IS_WRITABLE());
     EXPECT_TRUE(file.IS_UPDATABLE());
 
-    WriteFile(Path(L"locked.bin"), "x");
+    WriteContent(Path(L"locked.bin"), "x");
     ASSERT_TRUE(SetFileAttributesW(Path(L"locked.bin").c_str(), FILE_ATTRIBUTE_READONLY));
     const MFileName locked(Path(L"locked.bin").c_str());
     EXPECT_FALSE(locked.IS_WRITABLE());
@@ -175,7 +175,7 @@ TEST_F(MFileNameFiles, QueriesTheFileSystem) {
 }
 
 TEST_F(MFileNameFiles, CopiesAndCreates) {
-    WriteFile(Path(L"source.txt"), "content");
+    WriteContent(Path(L"source.txt"), "content");
     const MFileName source(Path(L"source.txt").c_str());
     const MFileName target(Path(L"target.txt").c_str());
     ASSERT_TRUE(source.COPY_FILE(target));
@@ -191,24 +191,24 @@ TEST_F(MFileNameFiles, CopiesAndCreates) {
 }
 
 TEST_F(MFileNameFiles, RemovesFilesAndTrees) {
-    WriteFile(Path(L"single.txt"), "x");
+    WriteContent(Path(L"single.txt"), "x");
     EXPECT_TRUE(MFileName(Path(L"single.txt").c_str()).REMOVE());
     EXPECT_FALSE(Exists(Path(L"single.txt")));
     EXPECT_FALSE(MFileName(Path(L"single.txt").c_str()).REMOVE());
 
     fs::create_directories(Path(L"tree\\a\\b"));
     fs::create_directories(Path(L"tree\\empty"));
-    WriteFile(Path(L"tree\\top.txt"), "1");
-    WriteFile(Path(L"tree\\a\\b\\deep.txt"), "2");
+    WriteContent(Path(L"tree\\top.txt"), "1");
+    WriteContent(Path(L"tree\\a\\b\\deep.txt"), "2");
     EXPECT_TRUE(MFileName(Path(L"tree").c_str(), true).REMOVE());
     EXPECT_FALSE(Exists(Path(L"tree")));
 }
 
 TEST_F(MFileNameFiles, RemoveDoesNotFollowDirectoryLinks) {
     fs::create_directories(Path(L"outside"));
-    WriteFile(Path(L"outside\\keep.txt"), "keep");
+    WriteContent(Path(L"outside\\keep.txt"), "keep");
     fs::create_directories(Path(L"tree"));
-    WriteFile(Path(L"tree\\own.txt"), "own");
+    WriteContent(Path(L"tree\\own.txt"), "own");
     if (!MakeDirectoryLink(Path(L"tree\\link"), Path(L"outside")))
         GTEST_SKIP() << "no directory links can be made here";
 
@@ -223,7 +223,7 @@ TEST_F(MFileNameFiles, RemoveDoesNotFollowDirectoryLinks) {
 }
 
 TEST_F(MFileNameFiles, RenamesAndRemovesThroughTheShell) {
-    WriteFile(Path(L"old.txt"), "x");
+    WriteContent(Path(L"old.txt"), "x");
     const MFileName old(Path(L"old.txt").c_str());
     const MFileName renamed(Path(L"new.txt").c_str());
     ASSERT_TRUE(old.RENAME_SHELL(renamed, false));
@@ -258,8 +258,10 @@ TEST_F(MFileNameFiles, FillsWithSystemPaths) {
 TEST_F(MFileNameFiles, MakesTemporaryNames) {
     // The shared counter: different names without any file being created.
     MFileName first, second;
-    const unsigned short afterFirst = first.SET_TEMP_NAME(m_folder.c_str());
-    const unsigned short afterSecond = second.SET_TEMP_NAME(m_folder.c_str());
+    const unsigned short afterFirst =
+        first.SET_TEMP_NAME(m_folder.c_str(), nullptr, nullptr, 0xFFFF);
+    const unsigned short afterSecond =
+        second.SET_TEMP_NAME(m_folder.c_str(), nullptr, nullptr, 0xFFFF);
     EXPECT_STRNE(first.GET(), second.GET());
     EXPECT_EQ(afterSecond, static_cast<unsigned short>(afterFirst + 1));
     EXPECT_FALSE(first.DOES_EXIST());
@@ -273,7 +275,7 @@ TEST_F(MFileNameFiles, MakesTemporaryNames) {
     EXPECT_STREQ(defaults.GET_EXT_PART(), L".tmp");
 
     // A caller's start skips existing names and leaves the shared counter alone.
-    WriteFile(Path(L"pre0007.dat"), "");
+    WriteContent(Path(L"pre0007.dat"), "");
     MFileName named;
     EXPECT_EQ(named.SET_TEMP_NAME(m_folder.c_str(), L"pre", L".dat", 7, 4), 9);
     EXPECT_EQ(std::wstring(named.GET()), Path(L"pre0008.dat"));
@@ -288,13 +290,13 @@ TEST_F(MFileNameFiles, MakesTemporaryNames) {
 }
 
 TEST_F(MFileNameFiles, AddsAUniqueIndex) {
-    WriteFile(Path(L"data_1.txt"), "");
-    WriteFile(Path(L"data_2.txt"), "");
+    WriteContent(Path(L"data_1.txt"), "");
+    WriteContent(Path(L"data_2.txt"), "");
     MFileName name(Path(L"data.txt").c_str());
     ASSERT_TRUE(name.ADD_UNIQUE_INDEX());
     EXPECT_STREQ(name.GET_FILE_EXT_PARTS().c_str(), L"data_3.txt");
     MFileName last(Path(L"data.txt").c_str());
-    WriteFile(Path(L"data_255.txt"), "");
+    WriteContent(Path(L"data_255.txt"), "");
     EXPECT_FALSE(last.ADD_UNIQUE_INDEX(255));
     EXPECT_STREQ(last.GET_FILE_PART(), L"data");
 }
