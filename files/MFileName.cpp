@@ -277,22 +277,22 @@ void MFileName::SET_RELATIVE_PATH_MODE(bool on) {
         m_dir.erase(0, std::min(m_dir.find_first_not_of(L"\\/"), m_dir.size()));
 }
 
-bool MFileName::_COMPARE_PARTS(const std::wstring& a, const std::wstring& b) {
+bool MFileName::_COMPARE_PARTS(const std::wstring& a, const std::wstring& b, unsigned short) {
     return EqualIgnoringCase(a, b);
 }
 
-bool MFileName::_COMPARE_DIR_PARTS(const std::wstring& a, const std::wstring& b) {
+bool MFileName::_COMPARE_DIR_PARTS(const std::wstring& a, const std::wstring& b, unsigned short) {
     return EqualIgnoringCase(WithoutTrailingSeparator(a), WithoutTrailingSeparator(b));
 }
 
 bool MFileName::COMPARE(const MFileName& other, unsigned short parts) const {
-    if ((parts & PART_DRIVE) && !_COMPARE_PARTS(m_drive, other.m_drive))
+    if ((parts & PART_DRIVE) && !_COMPARE_PARTS(m_drive, other.m_drive, parts))
         return false;
-    if ((parts & PART_DIR) && !_COMPARE_DIR_PARTS(m_dir, other.m_dir))
+    if ((parts & PART_DIR) && !_COMPARE_DIR_PARTS(m_dir, other.m_dir, parts))
         return false;
-    if ((parts & PART_FILE) && !_COMPARE_PARTS(m_file, other.m_file))
+    if ((parts & PART_FILE) && !_COMPARE_PARTS(m_file, other.m_file, parts))
         return false;
-    return !(parts & PART_EXT) || _COMPARE_PARTS(m_ext, other.m_ext);
+    return !(parts & PART_EXT) || _COMPARE_PARTS(m_ext, other.m_ext, parts);
 }
 
 bool MFileName::FILTER_EXT(const wchar_t* pattern) const {

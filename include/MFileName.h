@@ -123,9 +123,11 @@ public:
 
 protected:
     void _INIT();
-    // No bit of the mask above PART_EXT has a meaning, so the parts compare on their own.
-    static bool _COMPARE_PARTS(const std::wstring& a, const std::wstring& b);
-    static bool _COMPARE_DIR_PARTS(const std::wstring& a, const std::wstring& b);
+    // COMPARE passes its mask on; no bit of it above PART_EXT has a meaning, so the parts
+    // compare the same whatever it holds.
+    static bool _COMPARE_PARTS(const std::wstring& a, const std::wstring& b, unsigned short parts);
+    static bool _COMPARE_DIR_PARTS(const std::wstring& a, const std::wstring& b,
+                                   unsigned short parts);
 
 private:
     std::wstring m_drive;

@@ -239,6 +239,7 @@ TEST(MFileNameTest, ComparesByMask) {
     EXPECT_FALSE(a.COMPARE(b, MFileName::PART_DRIVE));
     EXPECT_FALSE(a.COMPARE(b, MFileName::PART_DIR));
     EXPECT_TRUE(a.COMPARE(b, 0));
+    EXPECT_TRUE(a.COMPARE(b, 0xFFF4)) << "bits above 0x8 select nothing";
 
     // Each bit sees a difference in its own part and in no other.
     const MFileName base(L"c:\\", L"Dir\\Sub\\", L"name", L".Ext");
