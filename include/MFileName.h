@@ -147,6 +147,7 @@ KELBASE_API bool POSITION_PATH_PARTS(const std::wstring& path, std::wstring& dri
 // The path shortened for display to at most maxLength characters: whole directories after the
 // drive give way to "..." so that the drive and the last element stay. When not even
 // "<drive>...\<name>" fits, the result is the last element alone; when that is still too long,
-// atLeastName keeps it whole anyway, otherwise it is cut and ends in "...".
+// atLeastName keeps it whole anyway, otherwise it is cut and, when more than three characters
+// are allowed, ends in "...".
 KELBASE_API std::wstring ABREVIATE_PATH(const wchar_t* path, unsigned long maxLength,
                                         bool atLeastName);
