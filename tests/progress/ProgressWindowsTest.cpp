@@ -25,28 +25,6 @@ LRESULT CALLBACK RecordingProc(HWND window, UINT message, WPARAM wParam, LPARAM 
     return DefWindowProcW(window, message, wParam, lParam);
 }
 
-class MessageWindow {
-public:
-    MessageWindow() {
-        static const ATOM windowClass = [] {
-            WNDCLASSW wc = {};
-            wc.lpfnWndProc = RecordingProc;
-            wc.hInstance = GetModuleHandleW(nullptr);
-            wc.lpszClassName = L"KelProgressRecorder";
-            return RegisterClassW(&wc);
-        }();
-        m_window = CreateWindowExW(0, MAKEINTATOM(windowClass), L"", 0, 0, 0, 0, 0, HWND_MESSAGE,
-                                   nullptr, GetModuleHandleW(nullptr), nullptr);
-    }
-    ~MessageWindow() { DestroyWindow(m_window); }
-    MessageWindow(const MessageWindow&) = delete;
-    MessageWindow& operator=(const MessageWindow&) = delete;
-    operator HWND() const { return m_window; }
-
-private:
-    HWND m_window;
-};
-
 void PumpMessages() {
     MSG msg;
     g_pumping = true;
@@ -59,29 +37,109 @@ Delivered Posted(HWND window, unsigned int message, std::uintptr_t wParam, std::
     return Delivered{window, message, wParam, lParam, std::wstring(), true};
 }
 
+// Two message-only windows of the test's thread.
 class WindowTest : public ProgressTest {
 protected:
     void SetUp() override {
-        ASSERT_NE(static_cast<HWND>(a), nullptr);
-        ASSERT_NE(static_cast<HWND>(b), nullptr);
+        static const ATOM windowClass = [] {
+            WNDCLASSW wc = {};
+            wc.lpfnWndProc = RecordingProc;
+            wc.hInstance = GetModuleHandleW(nullptr);
+            wc.lpszClassName = L"KelProgressRecorder";
+            return RegisterClassW(&wc);
+        }();
+        for (HWND* window : {&a, &b}) {
+            *window = CreateWindowExW(0, MAKEINTATOM(windowClass), L"", 0, 0, 0, 0, 0, HWND_MESSAGE,
+                                      nullptr, GetModuleHandleW(nullptr), nullptr);
+            ASSERT_NE(*window, nullptr);
+        }
         ProgressTest::SetUp();
+        EstablishBeginText(a);
     }
-    MessageWindow a;
-    MessageWindow b;
+    void TearDown() override {
+        ProgressTest::TearDown();
+        DestroyWindow(a);
+        DestroyWindow(b);
+    }
+    HWND a = nullptr;
+    HWND b = nullptr;
 };
 
 TEST_F(WindowTest, NestedLevelsFoldUpwardsThroughASilentLevel) {
-    const std::vector<Delivered> expected = RunNestedLevels(a, b);
+    MProgress::AttachUITarget(0, a);
+    MProgress::AttachUITarget(7, b); // the level argument is ignored
+    MProgress outer(0, 10, false);
+    outer.SetText(L"outer"); // no window yet: nothing is sent
+    outer.SetAdjustByLowerLevels(true);
+    outer.Begin(0, 10);
+    MProgress middle;
+    middle.SetAdjustByLowerLevels(true);
+    middle.SetChildWeight(50);
+    MProgress inner(0, 4);
+    outer.SetCurrentPosition(3);
+    // 25 % of the inner level is 12.5 -> 12 in the middle one, then (0.12 + 3) x 10 = 31.2 -> 31.
+    inner.Increment();
+    // 50 % -> 25 in the middle one -> 32.5, truncated to 32 in the outer one.
+    inner.Increment();
+    inner.End();
+    middle.SetText(L"middle");
+    middle.End();
+    outer.End();
+
+    const std::vector<Delivered> expected{
+        SentText(a, 0, FirstBeginText),
+        Sent(a, M::MessageBegin, 0, 0),
+        SentText(b, 1, FirstBeginText),
+        Sent(b, M::MessageBegin, 1, 0),
+        Sent(a, M::MessagePercent, 0, 30),
+        Sent(b, M::MessagePercent, 1, 12),
+        Sent(a, M::MessagePercent, 0, 31),
+        Sent(b, M::MessagePercent, 1, 25),
+        Sent(a, M::MessagePercent, 0, 32),
+        SentText(b, 1, L""), // the inner level ended: the middle one's text again
+        SentText(b, 1, L"middle"),
+        Sent(b, M::MessageEnd, 1, 0),
+        SentText(a, 0, L"outer"),
+        Sent(a, M::MessageEnd, 0, 0),
+    };
     EXPECT_EQ(Recorded(), expected);
 }
 
 TEST_F(WindowTest, OuterLevelEndingFirstLeavesIndicesAndEndsOnce) {
-    const std::vector<Delivered> expected = RunOuterEndsFirst(a, b);
+    MProgress::AttachUITarget(0, a);
+    MProgress::AttachUITarget(1, b);
+    MProgress outer;
+    MProgress inner(0, 10);
+    inner.SetText(L"inner");
+    outer.End();       // first in the list: no parent text
+    inner.Increment(); // keeps index 1
+    outer.End();       // not listed any more
+    // The list holds one level now, so a new one gets index 1 as well.
+    MProgress late;
+    late.End();
+    inner.End();
+    inner.End();
+
+    const std::vector<Delivered> expected{
+        SentText(a, 0, FirstBeginText),    Sent(a, M::MessageBegin, 0, 0),
+        SentText(b, 1, FirstBeginText),    Sent(b, M::MessageBegin, 1, 0),
+        SentText(b, 1, L"inner"),          Sent(a, M::MessageEnd, 0, 0),
+        Sent(b, M::MessagePercent, 1, 10), SentText(b, 1, FirstBeginText),
+        Sent(b, M::MessageBegin, 1, 0),    Sent(b, M::MessageEnd, 1, 0),
+        SentText(b, 1, L"inner"), // the parent of `late` is `inner`
+        Sent(b, M::MessageEnd, 1, 0),
+    };
     EXPECT_EQ(Recorded(), expected);
 }
 
 TEST_F(WindowTest, AbortButtonGoesToTheFirstWindowOnly) {
-    const std::vector<Delivered> expected = RunAbortButton(a, b);
+    MProgress::EnableAbortButton(true); // no window: nothing
+    MProgress::AttachUITarget(0, a);
+    MProgress::AttachUITarget(1, b);
+    MProgress::EnableAbortButton(true);
+    MProgressManager::EnableAbortButton(false);
+    const std::vector<Delivered> expected{Sent(a, M::MessageAbortButton, 0, 1),
+                                          Sent(a, M::MessageAbortButton, 0, 0)};
     EXPECT_EQ(Recorded(), expected);
 }
 
@@ -95,7 +153,6 @@ void RunOnWorker(MProgress& level) {
 }
 
 TEST_F(WindowTest, WorkerProgressIsDroppedUnlessOtherThreadsWindowsAreServed) {
-    const std::intptr_t beginText = EstablishBeginText(a);
     MProgress::AttachUITarget(0, a);
     MProgress dropped(0, 10, false);
     RunOnWorker(dropped);
@@ -105,80 +162,72 @@ TEST_F(WindowTest, WorkerProgressIsDroppedUnlessOtherThreadsWindowsAreServed) {
     MProgress::SetProcessOnlyCurrentThreadWindows(false);
     MProgress queued(0, 10, false);
     RunOnWorker(queued);
-    EXPECT_TRUE(Recorded().empty()); // not read from the queue yet
     PumpMessages();
     { MProgress mine; } // the calling thread's own window is still served synchronously
     const std::vector<Delivered> expected{
-        Posted(a, M::MessageText, 0, beginText),
-        Posted(a, M::MessageBegin, 0, 0),
-        Posted(a, M::MessagePercent, 0, 10),
-        Posted(a, M::MessagePercent, 0, 20),
-        Posted(a, M::MessageEnd, 0, 0),
-        Sent(a, M::MessageText, 0, beginText, FirstBeginText),
-        Sent(a, M::MessageBegin, 0, 0),
-        Sent(a, M::MessageEnd, 0, 0),
+        Posted(a, M::MessageText, 0, 0),     Posted(a, M::MessageBegin, 0, 0),
+        Posted(a, M::MessagePercent, 0, 10), Posted(a, M::MessagePercent, 0, 20),
+        Posted(a, M::MessageEnd, 0, 0),      SentText(a, 0, FirstBeginText),
+        Sent(a, M::MessageBegin, 0, 0),      Sent(a, M::MessageEnd, 0, 0),
     };
     EXPECT_EQ(Recorded(), expected);
 }
 
 TEST_F(WindowTest, AdapterKeepsOneStackPerThread) {
-    const std::intptr_t beginText = EstablishBeginText(a);
     MProgress::AttachUITarget(0, a);
     MProgress::AttachUITarget(1, b);
     MProgress::SetProcessOnlyCurrentThreadWindows(false);
     MStatusCallbackToMProgressImpl adapter;
 
     // Begins and ends change the manager's shared list, so they take turns; the text changes
-    // and increments in between run at the same time.
+    // and increments in between run at the same time. Each stack holds one level, although two
+    // are active, so each thread may set its level's text.
     std::promise<void> oneBegan, twoBegan, oneCounted, twoEnded;
-    bool oneText = false, twoText = false, oneAfterTwoEnded = false, twoAfterEnd = true;
     std::thread one([&] {
         Listener::STATUS_BEGIN(0, 10, L"one");
         oneBegan.set_value();
         twoBegan.get_future().wait();
-        oneText = Listener::STATUS_TEXT(0, L"one alone");
+        EXPECT_TRUE(Listener::STATUS_TEXT(0, L"one alone"));
         for (int i = 0; i < 10; ++i)
             Listener::STATUS_INC(1);
         oneCounted.set_value();
         twoEnded.get_future().wait();
-        oneAfterTwoEnded = Listener::STATUS_INC(0);
+        EXPECT_TRUE(Listener::STATUS_INC(0)); // two's end left one's level
         Listener::STATUS_END();
     });
     std::thread two([&] {
         oneBegan.get_future().wait();
         Listener::STATUS_BEGIN(0, 100, L"two");
         twoBegan.set_value();
-        twoText = Listener::STATUS_TEXT(0, L"two alone");
+        EXPECT_TRUE(Listener::STATUS_TEXT(0, L"two alone"));
         for (int i = 0; i < 100; ++i)
             Listener::STATUS_INC(1);
         oneCounted.get_future().wait();
         Listener::STATUS_END();
-        twoAfterEnd = Listener::STATUS_INC(1);
+        EXPECT_FALSE(Listener::STATUS_INC(1));
         twoEnded.set_value();
     });
     one.join();
     two.join();
     PumpMessages();
 
-    EXPECT_TRUE(oneText); // each stack holds one level, although two are active
-    EXPECT_TRUE(twoText);
-    EXPECT_TRUE(oneAfterTwoEnded);
-    EXPECT_FALSE(twoAfterEnd);
-    std::vector<Delivered> expectedA{Posted(a, M::MessageText, 0, beginText),
+    // Each window: begin text, begin, the text set alone, the percentages, (a: the parent's text
+    // when level two ended), end.
+    std::vector<Delivered> expectedA{Posted(a, M::MessageText, 0, 0),
                                      Posted(a, M::MessageBegin, 0, 0),
                                      Posted(a, M::MessageText, 0, 0)};
     for (int percent = 10; percent <= 100; percent += 10)
         expectedA.push_back(Posted(a, M::MessagePercent, 0, percent));
-    expectedA.push_back(Posted(a, M::MessageText, 0, 0)); // level two ended: its parent's text
+    expectedA.push_back(Posted(a, M::MessageText, 0, 0));
     expectedA.push_back(Posted(a, M::MessageEnd, 0, 0));
-    std::vector<Delivered> expectedB{Posted(b, M::MessageText, 1, beginText),
+    std::vector<Delivered> expectedB{Posted(b, M::MessageText, 1, 0),
                                      Posted(b, M::MessageBegin, 1, 0),
                                      Posted(b, M::MessageText, 1, 0)};
     for (int percent = 1; percent <= 100; ++percent)
         expectedB.push_back(Posted(b, M::MessagePercent, 1, percent));
     expectedB.push_back(Posted(b, M::MessageEnd, 1, 0));
-    EXPECT_EQ(WithoutLevelTextAddresses(RecordedFor(a), beginText), expectedA);
-    EXPECT_EQ(WithoutLevelTextAddresses(RecordedFor(b), beginText), expectedB);
+    EXPECT_EQ(RecordedFor(a), expectedA);
+    EXPECT_EQ(RecordedFor(b), expectedB);
 }
 
 } // namespace
