@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "IStatusCallback.h"
-#include "KelResource.h"
 #include "MStatusCallbackToMProgressImpl.h"
 #include "ProgressTestSupport.h"
 
@@ -135,15 +134,6 @@ TEST_F(RecordedTest, LevelArithmetic) {
     EXPECT_EQ(level.forwarded, (Percents{10, 30, 70, 71}));
 }
 
-// Knows every string as "seven".
-struct Sevens : IResStringWrapper {
-    bool LoadStringEx(std::wstring& text, unsigned int) override {
-        text = L"seven";
-        return true;
-    }
-    int LoadCharEx(wchar_t*, unsigned int, unsigned int) override { return 0; }
-};
-
 TEST_F(RecordedTest, SinkHearsIncrementsAndTextsButNoPositionsOrPointers) {
     CountingSink sink;
     MProgressManager::SetSink(&sink);
@@ -157,12 +147,7 @@ TEST_F(RecordedTest, SinkHearsIncrementsAndTextsButNoPositionsOrPointers) {
     first.Increment(); // even before the begin
     first.Begin(0, 10);
     first.SetCurrentPosition(5);
-    // A text by id comes from the application's hook, not from the resource module.
-    Sevens strings;
-    SetMResStringWrapper(&strings);
-    first.SetText(7u);
-    SetMResStringWrapper(nullptr);
-    EXPECT_EQ(first.GetText(), L"seven");
+    first.SetText(L"step");
     MProgressManager::NotifySink();
     EXPECT_EQ(sink.count, 3);
 }
@@ -235,6 +220,12 @@ TEST_F(RecordedTest, AdapterLevelsFollowTheStatusCalls) {
         SentText(WindowA, 0, FirstBeginText),    Sent(WindowA, M::MessageBegin, 0, 0),
         Sent(WindowA, M::MessageEnd, 0, 0),
     };
+    EXPECT_EQ(Recorded(), expected);
+}
+
+TEST_F(RecordedTest, OuterLevelEndingFirstLeavesIndicesAndEndsOnce) {
+    EstablishBeginText(WindowA);
+    const std::vector<Delivered> expected = RunOuterEndsFirst(WindowA, WindowB);
     EXPECT_EQ(Recorded(), expected);
 }
 

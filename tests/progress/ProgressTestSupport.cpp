@@ -56,3 +56,30 @@ void ResetProgressState() {
         pointers.pop_back();
     Recorded().clear();
 }
+
+std::vector<Delivered> RunOuterEndsFirst(HWND a, HWND b) {
+    using M = MProgressManager;
+    MProgress::AttachUITarget(0, a);
+    MProgress::AttachUITarget(1, b);
+    MProgress outer;
+    MProgress inner(0, 10);
+    inner.SetText(L"inner");
+    outer.End();       // first in the list: no parent text
+    inner.Increment(); // keeps index 1
+    outer.End();       // not listed any more
+    // The list holds one level now, so a new one gets index 1 as well.
+    MProgress late;
+    late.End();
+    inner.End();
+    inner.End();
+
+    return {
+        SentText(a, 0, FirstBeginText),    Sent(a, M::MessageBegin, 0, 0),
+        SentText(b, 1, FirstBeginText),    Sent(b, M::MessageBegin, 1, 0),
+        SentText(b, 1, L"inner"),          Sent(a, M::MessageEnd, 0, 0),
+        Sent(b, M::MessagePercent, 1, 10), SentText(b, 1, FirstBeginText),
+        Sent(b, M::MessageBegin, 1, 0),    Sent(b, M::MessageEnd, 1, 0),
+        SentText(b, 1, L"inner"), // the parent of `late` is `inner`
+        Sent(b, M::MessageEnd, 1, 0),
+    };
+}

@@ -39,6 +39,11 @@ void EstablishBeginText(HWND window);
 // Resets the manager's windows, sink, flags and pointer stack, and the record.
 void ResetProgressState();
 
+// The outer of two levels, with windows a and b, ends while the inner one runs, then each ends
+// again; returns what the windows must receive. Run against real windows and, natively, under
+// the sanitizers.
+std::vector<Delivered> RunOuterEndsFirst(HWND a, HWND b);
+
 class ProgressTest : public ::testing::Test {
 protected:
     void SetUp() override { ResetProgressState(); }

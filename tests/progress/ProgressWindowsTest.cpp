@@ -106,29 +106,7 @@ TEST_F(WindowTest, NestedLevelsFoldUpwardsThroughASilentLevel) {
 }
 
 TEST_F(WindowTest, OuterLevelEndingFirstLeavesIndicesAndEndsOnce) {
-    MProgress::AttachUITarget(0, a);
-    MProgress::AttachUITarget(1, b);
-    MProgress outer;
-    MProgress inner(0, 10);
-    inner.SetText(L"inner");
-    outer.End();       // first in the list: no parent text
-    inner.Increment(); // keeps index 1
-    outer.End();       // not listed any more
-    // The list holds one level now, so a new one gets index 1 as well.
-    MProgress late;
-    late.End();
-    inner.End();
-    inner.End();
-
-    const std::vector<Delivered> expected{
-        SentText(a, 0, FirstBeginText),    Sent(a, M::MessageBegin, 0, 0),
-        SentText(b, 1, FirstBeginText),    Sent(b, M::MessageBegin, 1, 0),
-        SentText(b, 1, L"inner"),          Sent(a, M::MessageEnd, 0, 0),
-        Sent(b, M::MessagePercent, 1, 10), SentText(b, 1, FirstBeginText),
-        Sent(b, M::MessageBegin, 1, 0),    Sent(b, M::MessageEnd, 1, 0),
-        SentText(b, 1, L"inner"), // the parent of `late` is `inner`
-        Sent(b, M::MessageEnd, 1, 0),
-    };
+    const std::vector<Delivered> expected = RunOuterEndsFirst(a, b);
     EXPECT_EQ(Recorded(), expected);
 }
 
