@@ -4,7 +4,6 @@
 #include <fstream>
 #include <iterator>
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -24,14 +23,13 @@ protected:
 
     std::wstring Path(const std::wstring& name) const { return (m_folder / name).wstring(); }
 
-    std::vector<unsigned char> ReadRaw(const std::wstring& name) const {
+    std::string ReadRaw(const std::filesystem::path& name) const {
         std::ifstream in(m_folder / name, std::ios::binary);
         return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
     }
 
-    void WriteRaw(const std::wstring& name, const std::string& bytes) const {
-        std::ofstream out(m_folder / name, std::ios::binary);
-        out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    void WriteRaw(const std::filesystem::path& name, const std::string& bytes) const {
+        std::ofstream(m_folder / name, std::ios::binary) << bytes;
     }
 
     std::filesystem::path m_folder;

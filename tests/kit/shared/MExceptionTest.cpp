@@ -24,15 +24,8 @@ TEST(MException, CarriesItsMessageAndReportsTheDerivedName) {
         EXPECT_EQ(L"disk full: \x00E9", base->GetMessage());
         EXPECT_EQ(0, std::string(caught.what()).compare(0, 11, "disk full: "));
     }
-
     const MException plain(L"plain text");
     EXPECT_STREQ(L"MException", plain.GetName());
     EXPECT_STREQ("plain text", plain.what());
-    const MException copy = plain;
-    EXPECT_EQ(L"plain text", copy.GetMessage());
-    EXPECT_STREQ("plain text", copy.what());
-
-    const MException empty;
-    EXPECT_EQ(L"", empty.GetMessage());
-    EXPECT_STREQ("", empty.what());
+    EXPECT_STREQ("", MException().what());
 }

@@ -1,135 +1,115 @@
-#include "InternalUnitsFixture.h"
+#include "MInternalUnits.h"
+#include "MUnit.h"
 
-#include <cmath>
 #include <functional>
+#include <gtest/gtest.h>
 #include <limits>
 #include <memory>
+#include <tuple>
 
-using KelSDK::Common::MInternalUnits;
-using KelSDK::Common::MInternalUnitsObserver;
+using namespace KelSDK::Common;
 
 namespace {
 
-struct Change {
-    double oldUnits;
-    double newUnits;
-    bool apply;
-    bool operator==(const Change& other) const {
-        return oldUnits == other.oldUnits && newUnits == other.newUnits && apply == other.apply;
-    }
-};
+using Changes = std::vector<std::tuple<double, double, bool>>;
 
 // Records every notification; an optional action runs inside it.
 class Recorder : public MInternalUnitsObserver {
 public:
-    Recorder() = default;
-    // Copies the registration state only, as derived values do.
-    Recorder(const Recorder& other) : MInternalUnitsObserver(other) {}
-
     bool _OnInternalUnitsChange(const double& oldUnits, const double& newUnits,
                                 bool apply) override {
-        changes.push_back({oldUnits, newUnits, apply});
+        changes.emplace_back(oldUnits, newUnits, apply);
         if (action)
             action();
         return true;
     }
 
-    std::vector<Change> changes;
+    Changes changes;
     std::function<void()> action;
 };
 
-using Changes = std::vector<Change>;
+constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double Infinity = std::numeric_limits<double>::infinity();
 
-MInternalUnits& Units() {
-    return MInternalUnits::GetInstance();
-}
+// Leaves the process-wide internal units as the tests found them.
+class InternalUnitsTest : public ::testing::Test {
+protected:
+    void TearDown() override {
+        m_units.SetCanChange(true);
+        m_units.Set(MInternalUnits::DefaultResolution);
+        m_units.SetConversionFactor(1.0);
+    }
+    MInternalUnits& m_units = MInternalUnits::GetInstance();
+};
 
 } // namespace
 
 TEST_F(InternalUnitsTest, ObserversHearExactChangesWhileTheyLive) {
-    EXPECT_EQ(&Units(), &MInternalUnits::GetInstance());
-    EXPECT_EQ(10000.0, Units().Get());
+    EXPECT_EQ(10000.0, m_units.Get());
     Recorder first;
     auto second = std::make_unique<Recorder>();
-
-    EXPECT_TRUE(Units().Set(20000.0));
-    EXPECT_EQ(20000.0, Units().Get());
-    EXPECT_TRUE(Units().Set(20000.0)); // no change, no notification
+    EXPECT_TRUE(m_units.Set(20000.0));
+    EXPECT_TRUE(m_units.Set(20000.0)); // no change, no notification
     second.reset();
-    EXPECT_TRUE(Units().Set(2500.5));
-
+    EXPECT_TRUE(m_units.Set(2500.5));
+    EXPECT_EQ(2500.5, m_units.Get());
     EXPECT_EQ((Changes{{10000.0, 20000.0, true}, {20000.0, 2500.5, true}}), first.changes);
-
-    // A copy is not registered; destroying it must not unregister the original.
-    {
-        Recorder copy(first);
-        EXPECT_TRUE(Units().Set(4000.0));
-        EXPECT_TRUE(copy.changes.empty());
-    }
-    EXPECT_TRUE(Units().Set(8000.0));
-    EXPECT_EQ(4u, first.changes.size());
-    EXPECT_EQ((Change{4000.0, 8000.0, true}), first.changes.back());
 }
 
 TEST_F(InternalUnitsTest, RefusedChangesLeaveEverythingAlone) {
     Recorder observer;
-    Units().SetCanChange(false);
-    EXPECT_FALSE(Units().CanChange());
-    EXPECT_FALSE(Units().Set(20000.0));
-    Units().SetCanChange(true);
-    EXPECT_TRUE(Units().CanChange());
-    EXPECT_FALSE(Units().Set(0.0));
-    EXPECT_FALSE(Units().Set(-5.0));
-    EXPECT_FALSE(Units().Set(std::numeric_limits<double>::quiet_NaN()));
-    EXPECT_FALSE(Units().Set(std::numeric_limits<double>::infinity()));
-    EXPECT_EQ(10000.0, Units().Get());
+    m_units.SetCanChange(false);
+    EXPECT_FALSE(m_units.Set(20000.0));
+    m_units.SetCanChange(true);
+    for (double bad : {0.0, -5.0, NaN, Infinity})
+        EXPECT_FALSE(m_units.Set(bad)) << bad;
+    EXPECT_EQ(10000.0, m_units.Get());
     EXPECT_TRUE(observer.changes.empty());
+
+    m_units.SetConversionFactor(25.4);
+    for (double bad : {0.0, -1.0, NaN})
+        m_units.SetConversionFactor(bad);
+    EXPECT_EQ(25.4, m_units.GetConversionFactor());
 }
 
 TEST_F(InternalUnitsTest, ObserversComingAndGoingDuringANotification) {
-    auto victim = std::make_unique<Recorder>();
-    Recorder killer;
-    auto lateComer = std::unique_ptr<Recorder>();
+    auto called = std::make_unique<Recorder>();
+    Recorder changer;
+    auto pending = std::make_unique<Recorder>();
     Recorder last;
-    // killer runs after victim: removing an observer already called must not skip `last`.
-    killer.action = [&] {
-        victim.reset();
+    std::unique_ptr<Recorder> lateComer;
+    // Removing observers already called or not yet called must neither skip nor repeat any.
+    changer.action = [&] {
+        called.reset();
+        pending.reset();
         if (!lateComer)
             lateComer = std::make_unique<Recorder>();
-        EXPECT_FALSE(Units().Set(1.0)); // no nested changes
+        EXPECT_FALSE(m_units.Set(1.0)); // no nested changes
     };
-
-    EXPECT_TRUE(Units().Set(5000.0));
-    EXPECT_EQ(nullptr, victim);
-    EXPECT_EQ(1u, killer.changes.size());
+    EXPECT_TRUE(m_units.Set(5000.0));
+    EXPECT_EQ(1u, changer.changes.size());
     EXPECT_EQ(1u, last.changes.size());
     ASSERT_NE(nullptr, lateComer);
     EXPECT_TRUE(lateComer->changes.empty()); // built in the new units already
-    EXPECT_EQ(5000.0, Units().Get());
 
-    // The late observer is registered for the next change.
-    killer.action = nullptr;
-    EXPECT_TRUE(Units().Set(6000.0));
+    changer.action = nullptr;
+    EXPECT_TRUE(m_units.Set(6000.0));
     EXPECT_EQ((Changes{{5000.0, 6000.0, true}}), lateComer->changes);
 }
 
-TEST_F(InternalUnitsTest, RemovingAnObserverNotYetCalledSkipsIt) {
-    Recorder remover;
-    auto pending = std::make_unique<Recorder>();
-    Recorder last;
-    remover.action = [&] { pending.reset(); };
-    EXPECT_TRUE(Units().Set(3000.0));
-    EXPECT_EQ(1u, remover.changes.size());
-    EXPECT_EQ(1u, last.changes.size());
-}
-
-TEST_F(InternalUnitsTest, ConversionFactorKeepsOnlySensibleValues) {
-    EXPECT_EQ(1.0, Units().GetConversionFactor());
-    Units().SetConversionFactor(25.4);
-    EXPECT_EQ(25.4, Units().GetConversionFactor());
-    Units().SetConversionFactor(0.0);
-    Units().SetConversionFactor(-1.0);
-    Units().SetConversionFactor(std::nan(""));
-    EXPECT_EQ(25.4, Units().GetConversionFactor());
-    EXPECT_EQ(10000.0, Units().Get()); // the factor does not touch the resolution
+TEST_F(InternalUnitsTest, MillimetresFollowTheResolutionRoundedAndClamped) {
+    const auto units = &MUnit::ConvertFromMmToStlUnits;
+    EXPECT_EQ(12346, units(1.23456));
+    ASSERT_TRUE(m_units.Set(1000.0));
+    EXPECT_DOUBLE_EQ(2540.0, MUnit::_ConvertMmToStlUnits(2.54));
+    EXPECT_DOUBLE_EQ(0.5, MUnit::_ConvertStlUnitsToMm(500.0));
+    ASSERT_TRUE(m_units.Set(10.0));
+    EXPECT_EQ(3, units(0.25)); // halves round away from zero
+    EXPECT_EQ(-3, units(-0.25));
+    EXPECT_EQ(-2, units(-0.249));
+    EXPECT_EQ(2147483640, units(214748364.0));
+    EXPECT_EQ(INT32_MAX, units(214748364.7)); // clamped to the 32-bit range
+    EXPECT_EQ(INT32_MIN, units(-1e300));
+    EXPECT_EQ(INT32_MAX, units(Infinity));
+    EXPECT_EQ(0, units(NaN));
 }
