@@ -3,7 +3,9 @@
 #define KEL_WIDEN2(x) L##x
 #define KEL_WIDEN(x) KEL_WIDEN2(x)
 
-const wchar_t* KelBaseGetVersion() { return KEL_WIDEN(KELBASE_VERSION); }
+const wchar_t* KelBaseGetVersion() {
+    return KEL_WIDEN(KELBASE_VERSION);
+}
 
 const wchar_t* const* KelBaseGetFamilies() {
     static const wchar_t* const families[] = {
