@@ -6,7 +6,6 @@
 
 #include "MFile.h"
 #include "StdBase.h"
-#include "Utf.h"
 
 MString::MString(const wchar_t* text) : m_text(text ? text : L"") {}
 
@@ -52,9 +51,9 @@ bool ReadSettingsText(const wchar_t* file, std::wstring& text) {
     const unsigned char* data = bytes.data();
     const size_t size = bytes.size();
     if (size >= 2 && data[0] == 0xFF && data[1] == 0xFE)
-        text = Utf::Utf16LeToWide(data + 2, size - 2);
+        text = StdBase::ConvertUtf16LeToUnicode(data + 2, size - 2);
     else if (size >= 3 && data[0] == 0xEF && data[1] == 0xBB && data[2] == 0xBF)
-        text = Utf::Utf8ToWide(reinterpret_cast<const char*>(data) + 3, size - 3);
+        text = StdBase::ConvertUtf8ToUnicode(reinterpret_cast<const char*>(data) + 3, size - 3);
     else
         text = StdBase::ConvertAnsiToUnicode(std::string(bytes.begin(), bytes.end()));
     return true;

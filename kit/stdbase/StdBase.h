@@ -1,7 +1,8 @@
 #pragma once
-// Formatting with the platform's wide printf conventions and narrow/wide conversions in the
-// active code page.
+// Formatting with the platform's wide printf conventions, narrow/wide conversions in the
+// active code page, and the Unicode encodings.
 #include <cstdarg>
+#include <cstddef>
 #include <string>
 
 #include "StdBaseExport.h"
@@ -26,5 +27,10 @@ KELSTD_API std::string ConvertUnicodeToAnsi(const std::wstring& text);
 // Wide text (UTF-16 on Windows, UTF-32 elsewhere) to UTF-8, independent of any locale. Lone
 // surrogates and values outside Unicode become U+FFFD.
 KELSTD_API std::string ConvertUnicodeToUtf8(const std::wstring& text);
+
+// UTF-8 and UTF-16LE bytes (as met in text files, without their byte-order mark) to wide text.
+// Malformed input becomes U+FFFD.
+KELSTD_API std::wstring ConvertUtf8ToUnicode(const char* data, size_t size);
+KELSTD_API std::wstring ConvertUtf16LeToUnicode(const unsigned char* data, size_t size);
 
 } // namespace StdBase

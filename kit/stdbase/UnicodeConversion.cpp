@@ -1,6 +1,8 @@
-#include "Utf.h"
+// Unicode encodings independent of any locale: UTF-8 and UTF-16LE bytes to wide text (UTF-16 on
+// Windows, UTF-32 elsewhere) and wide text to UTF-8.
+#include "StdBase.h"
 
-namespace Utf {
+namespace StdBase {
 
 namespace {
 
@@ -12,9 +14,15 @@ bool IsHighSurrogate(char32_t c) {
 bool IsLowSurrogate(char32_t c) {
     return c >= 0xDC00 && c <= 0xDFFF;
 }
+bool IsSurrogate(char32_t c) {
+    return c >= 0xD800 && c <= 0xDFFF;
+}
+char32_t CombineSurrogates(char32_t high, char32_t low) {
+    return 0x10000 + ((high - 0xD800) << 10) + (low - 0xDC00);
+}
 
 void AppendCodePoint(std::wstring& out, char32_t c) {
-    if (c > 0x10FFFF || IsHighSurrogate(c) || IsLowSurrogate(c))
+    if (c > 0x10FFFF || IsSurrogate(c))
         c = REPLACEMENT;
     if (sizeof(wchar_t) == 2 && c > 0xFFFF) {
         c -= 0x10000;
@@ -27,7 +35,34 @@ void AppendCodePoint(std::wstring& out, char32_t c) {
 
 } // namespace
 
-std::wstring Utf8ToWide(const char* data, size_t size) {
+std::string ConvertUnicodeToUtf8(const std::wstring& text) {
+    std::string out;
+    out.reserve(text.size());
+    for (size_t i = 0; i < text.size(); ++i) {
+        // Natively wchar_t is signed: negative values land above 0x10FFFF and are replaced.
+        char32_t c = static_cast<char32_t>(text[i]);
+        if (sizeof(wchar_t) == 2 && IsHighSurrogate(c) && i + 1 < text.size()) {
+            const char32_t low = static_cast<char32_t>(text[i + 1]);
+            if (IsLowSurrogate(low)) {
+                c = CombineSurrogates(c, low);
+                ++i;
+            }
+        }
+        if (c > 0x10FFFF || IsSurrogate(c))
+            c = REPLACEMENT;
+        if (c < 0x80) {
+            out += static_cast<char>(c);
+            continue;
+        }
+        const int extra = c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
+        out += static_cast<char>(((0xF0 << (3 - extra)) & 0xFF) | (c >> (6 * extra)));
+        for (int k = extra - 1; k >= 0; --k)
+            out += static_cast<char>(0x80 | ((c >> (6 * k)) & 0x3F));
+    }
+    return out;
+}
+
+std::wstring ConvertUtf8ToUnicode(const char* data, size_t size) {
     const auto* s = reinterpret_cast<const unsigned char*>(data);
     std::wstring out;
     out.reserve(size);
@@ -60,7 +95,7 @@ std::wstring Utf8ToWide(const char* data, size_t size) {
     return out;
 }
 
-std::wstring Utf16LeToWide(const unsigned char* data, size_t size) {
+std::wstring ConvertUtf16LeToUnicode(const unsigned char* data, size_t size) {
     const size_t count = size / 2;
     auto unitAt = [data](size_t k) {
         return static_cast<char32_t>(data[2 * k] | data[2 * k + 1] << 8);
@@ -70,10 +105,10 @@ std::wstring Utf16LeToWide(const unsigned char* data, size_t size) {
     for (size_t i = 0; i < count;) {
         char32_t c = unitAt(i++);
         if (IsHighSurrogate(c) && i < count && IsLowSurrogate(unitAt(i)))
-            c = 0x10000 + ((c - 0xD800) << 10) + (unitAt(i++) - 0xDC00);
+            c = CombineSurrogates(c, unitAt(i++));
         AppendCodePoint(out, c); // a lone surrogate becomes U+FFFD there
     }
     return out;
 }
 
-} // namespace Utf
+} // namespace StdBase
