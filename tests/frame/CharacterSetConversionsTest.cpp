@@ -33,11 +33,10 @@ TEST(CharacterSetConversions, CopiesCountTheTerminatorAndANullSourceChangesNothi
     ExpectCopied(CopyToNewTCS(wide, length, L"tcs"), wide, length, L"tcs");
     ExpectCopied(CopyToNewMBCS(narrow, length, "narrow"), narrow, length, "narrow");
 
+    // A failed copy leaves both outputs alone.
     wchar_t wideMarker = L'm';
     char narrowMarker = 'm';
-    wide = &wideMarker;
-    narrow = &narrowMarker;
-    length = 42;
+    wide = &wideMarker, narrow = &narrowMarker, length = 42;
     EXPECT_FALSE(CopyToNewWCS(wide, length, static_cast<const wchar_t*>(nullptr)));
     EXPECT_FALSE(CopyToNewMBCS(narrow, length, static_cast<const char*>(nullptr)));
 #ifdef _WIN32
@@ -47,9 +46,7 @@ TEST(CharacterSetConversions, CopiesCountTheTerminatorAndANullSourceChangesNothi
     EXPECT_EQ(static_cast<const wchar_t*>(String<wchar_t>(static_cast<const char*>(nullptr))),
               nullptr);
 #endif
-    EXPECT_EQ(wide, &wideMarker);
-    EXPECT_EQ(narrow, &narrowMarker);
-    EXPECT_EQ(length, 42u);
+    EXPECT_TRUE(wide == &wideMarker && narrow == &narrowMarker && length == 42u);
     EXPECT_EQ(static_cast<const char*>(String<char>(static_cast<const char*>(nullptr))), nullptr);
     EXPECT_EQ(static_cast<const wchar_t*>(String<wchar_t>(nullptr, 'x')), nullptr);
 }

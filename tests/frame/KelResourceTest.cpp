@@ -12,25 +12,20 @@
 
 namespace {
 
+// String 1000 + N of the test module is N characters long, string 10 a format.
 const unsigned int kMissingId = 4242;
 const unsigned int kFormatId = 10;
 
-// String 1000 + N of the test module is N characters long.
-unsigned int IdOfLength(size_t length) {
-    return static_cast<unsigned int>(1000 + length);
-}
-
 std::wstring Letters(size_t length) {
     std::wstring text;
-    for (size_t i = 0; i < length; ++i)
-        text += static_cast<wchar_t>(L'a' + i % 26);
-    return text;
+    while (text.size() < length)
+        text += L"abcdefghijklmnopqrstuvwxyz";
+    return text.substr(0, length);
 }
 
 std::wstring ModulePath(HMODULE module) {
     wchar_t path[MAX_PATH * 4];
-    DWORD length = GetModuleFileNameW(module, path, MAX_PATH * 4);
-    return std::wstring(path, length);
+    return std::wstring(path, GetModuleFileNameW(module, path, MAX_PATH * 4));
 }
 
 std::wstring Diagnostic(unsigned int id, HMODULE module) {
@@ -42,36 +37,33 @@ std::wstring Diagnostic(unsigned int id, HMODULE module) {
 
 // Loads string `id` of the resource module into `size` characters of a larger buffer filled
 // with '#', checks that nothing past them was written, and returns what the buffer holds.
-std::wstring LoadCut(unsigned int id, size_t size) {
+std::wstring LoadCut(unsigned int id, size_t size,
+                     HMODULE module = CKelResource::GetResInstance()) {
     std::vector<wchar_t> buffer(size + 2, L'#');
     buffer[size + 1] = L'\0';
-    EXPECT_EQ(MLoadString(id, buffer.data(), size), buffer.data());
+    EXPECT_EQ(MLoadString(module, id, buffer.data(), size), buffer.data());
     EXPECT_EQ(buffer[size], L'#') << size;
     return buffer.data();
 }
 
-// Loads the test module and makes it the resource module for each test.
+// Makes the test module the resource module for each test.
 class KelResourceTest : public ::testing::Test {
 protected:
-    static void SetUpTestSuite() { s_module = LoadLibraryW(L"kelbase_test_resources.dll"); }
-    static void TearDownTestSuite() { FreeLibrary(s_module); }
     void SetUp() override {
         ASSERT_NE(s_module, nullptr);
         CKelResource::SetResInstance(s_module);
     }
     void TearDown() override { CKelResource::SetResInstance(nullptr); }
 
-    static HMODULE s_module;
+    static inline const HMODULE s_module = LoadLibraryW(L"kelbase_test_resources.dll");
 };
-
-HMODULE KelResourceTest::s_module = nullptr;
 
 } // namespace
 
 TEST_F(KelResourceTest, GrowingLoaderReturnsEveryLengthWhole) {
-    for (size_t length : {1, 254, 255, 256, 511, 512, 2000}) {
+    for (unsigned int length : {1, 254, 255, 256, 511, 512, 2000}) {
         CString text = L"old content";
-        EXPECT_EQ(&MLoadString(text, IdOfLength(length)), &text);
+        EXPECT_EQ(&MLoadString(text, 1000 + length), &text);
         EXPECT_EQ(std::wstring(text.GetString(), text.GetLength()), Letters(length)) << length;
     }
     CString text = L"old content";
@@ -80,12 +72,12 @@ TEST_F(KelResourceTest, GrowingLoaderReturnsEveryLengthWhole) {
 }
 
 TEST_F(KelResourceTest, FixedBufferIsCutAndTerminated) {
-    EXPECT_EQ(LoadCut(IdOfLength(2000), 256), Letters(255));
-    EXPECT_EQ(LoadCut(IdOfLength(254), 300), Letters(254));
+    EXPECT_EQ(LoadCut(3000, 256), Letters(255));
+    EXPECT_EQ(LoadCut(1254, 300), Letters(254));
     EXPECT_EQ(LoadCut(0, 300), L"");
-    EXPECT_EQ(LoadCut(IdOfLength(1), 0), L"#"); // size 0 touches nothing
+    EXPECT_EQ(LoadCut(1001, 0), L"#"); // size 0 touches nothing
     wchar_t buffer[8];
-    EXPECT_STREQ(MLoadString(s_module, IdOfLength(1), buffer, 8), L"a");
+    EXPECT_STREQ(MLoadString(1001, buffer, 8), L"a");
 }
 
 TEST_F(KelResourceTest, MissingStringYieldsTheDiagnosticCutToTheBuffer) {
@@ -93,11 +85,8 @@ TEST_F(KelResourceTest, MissingStringYieldsTheDiagnosticCutToTheBuffer) {
     EXPECT_EQ(LoadCut(kMissingId, 300), expected);
     for (size_t size : {1, 2, 10, 40})
         EXPECT_EQ(LoadCut(kMissingId, size), expected.substr(0, size - 1)) << size;
-
     // Without a resource module the executable is named, with handle 0.
-    std::vector<wchar_t> buffer(1000, L'#');
-    MLoadString(nullptr, kMissingId, buffer.data(), 1000);
-    EXPECT_EQ(std::wstring(buffer.data()), Diagnostic(kMissingId, nullptr));
+    EXPECT_EQ(LoadCut(kMissingId, 1000, nullptr), Diagnostic(kMissingId, nullptr));
 
     // A module whose path alone is longer than the diagnostic's local buffer.
     namespace fs = std::filesystem;
@@ -107,10 +96,9 @@ TEST_F(KelResourceTest, MissingStringYieldsTheDiagnosticCutToTheBuffer) {
     fs::copy_file(ModulePath(s_module), copy, fs::copy_options::overwrite_existing);
     HMODULE module = LoadLibraryW(copy.c_str());
     ASSERT_NE(module, nullptr);
-    MLoadString(module, kMissingId, buffer.data(), 1000);
     const std::wstring longer = Diagnostic(kMissingId, module);
     ASSERT_GT(longer.size(), 199u);
-    EXPECT_EQ(std::wstring(buffer.data()), longer.substr(0, 199));
+    EXPECT_EQ(LoadCut(kMissingId, 1000, module), longer.substr(0, 199));
     FreeLibrary(module);
     fs::remove_all(folder);
 }
@@ -119,32 +107,27 @@ TEST_F(KelResourceTest, FormattedStringUsesTheResourceAsFormat) {
     wchar_t buffer[64];
     EXPECT_EQ(MLoadStringF(kFormatId, buffer, 64, 3, L"the box"), buffer);
     EXPECT_STREQ(buffer, L"3 items in the box");
-    MLoadStringF(kFormatId, buffer, 8, 12, L"the box");
-    EXPECT_STREQ(buffer, L"12 item");
-
+    EXPECT_STREQ(MLoadStringF(kFormatId, buffer, 8, 12, L"the box"), L"12 item");
     // An unknown id formats the diagnostic, which holds no conversions.
     MLoadStringF(kMissingId, buffer, 64, 1, 2);
     EXPECT_EQ(std::wstring(buffer), Diagnostic(kMissingId, s_module).substr(0, 63));
 
     // The platform formatter writes at most 1024 characters, terminator included.
     std::vector<wchar_t> large(3000, L'#');
-    MLoadStringF(IdOfLength(2000), large.data(), large.size());
-    EXPECT_EQ(std::wstring(large.data()), Letters(1023));
+    EXPECT_EQ(std::wstring(MLoadStringF(3000, large.data(), large.size())), Letters(1023));
     wchar_t untouched[2] = L"u";
     EXPECT_STREQ(MLoadStringF(kFormatId, untouched, 0, 1, L"x"), L"u");
 }
 
 TEST_F(KelResourceTest, RawResourcesAndTheLastError) {
     CKelResource resource;
-    EXPECT_EQ(resource.GetData(), nullptr);
     ASSERT_TRUE(resource.Load(L"SAMPLE", L"KELDATA"));
     const std::string bytes = "raw resource bytes";
     ASSERT_EQ(resource.GetSizeInBytes(), bytes.size());
     EXPECT_EQ(std::memcmp(resource.GetData(), bytes.data(), bytes.size()), 0);
     CKelResource copy = resource;
-    copy.Release();
-    EXPECT_EQ(copy.GetData(), nullptr);
-    EXPECT_EQ(copy.GetSizeInBytes(), bytes.size()); // Release keeps the size
+    copy.Release(); // forgets the data, keeps the size
+    EXPECT_TRUE(copy.GetData() == nullptr && copy.GetSizeInBytes() == bytes.size());
 
     // An empty resource is found and loaded but cannot be locked: a failure with an error.
     SetLastError(0);
@@ -152,12 +135,9 @@ TEST_F(KelResourceTest, RawResourcesAndTheLastError) {
     EXPECT_EQ(resource.GetData(), nullptr);
     EXPECT_EQ(resource.GetSizeInBytes(), 0u);
     EXPECT_NE(GetLastError(), 0u);
-
     EXPECT_FALSE(resource.Load(L"NOTTHERE", L"KELDATA"));
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_RESOURCE_NAME_NOT_FOUND));
-}
 
-TEST(KelGetLastError, NeverReturnsZero) {
     SetLastError(0);
     EXPECT_EQ(KelGetLastError(), 1u);
     EXPECT_EQ(GetLastError(), 1u);

@@ -8,14 +8,11 @@
 namespace {
 
 // Knows string 7 only; writes "hk" into buffers so the tests see what came from here.
-class FakeStrings : public IResStringWrapper {
-public:
+struct FakeStrings : IResStringWrapper {
     bool LoadStringEx(std::wstring& text, unsigned int id) override {
         ++calls;
-        if (id != 7)
-            return false;
-        text = L"seven";
-        return true;
+        text = id == 7 ? L"seven" : text;
+        return id == 7;
     }
     int LoadCharEx(wchar_t* buffer, unsigned int id, unsigned int size) override {
         ++calls;
@@ -32,14 +29,12 @@ TEST(ResStringHook, ExLookupsGoToTheHookOnly) {
     FakeStrings fake;
     SetMResStringWrapper(&fake);
     std::wstring standard;
-    EXPECT_TRUE(KelResLoadStringEx(standard, 7));
-    EXPECT_EQ(standard, L"seven");
+    EXPECT_TRUE(KelResLoadStringEx(standard, 7) && standard == L"seven");
     EXPECT_FALSE(KelResLoadStringEx(standard, 8));
     CString framework = L"before";
     EXPECT_FALSE(KelResLoadStringEx(framework, 8));
     EXPECT_EQ(framework, L"before");
-    EXPECT_TRUE(KelResLoadStringEx(framework, 7));
-    EXPECT_EQ(framework, L"seven");
+    EXPECT_TRUE(KelResLoadStringEx(framework, 7) && framework == L"seven");
     EXPECT_EQ(KelResLoadStringEx(7u), L"seven");
     EXPECT_EQ(KelResLoadStringEx(9u), L"");
     wchar_t buffer[8] = {};
@@ -48,12 +43,9 @@ TEST(ResStringHook, ExLookupsGoToTheHookOnly) {
     SetMResStringWrapper(nullptr);
 
     // Removed, it finds nothing: only the std::wstring overload empties its text.
-    standard = L"before";
-    EXPECT_FALSE(KelResLoadStringEx(standard, 7));
-    EXPECT_EQ(standard, L"");
-    framework = L"before";
-    EXPECT_FALSE(KelResLoadStringEx(framework, 7));
-    EXPECT_EQ(framework, L"before");
+    standard = framework = L"before";
+    EXPECT_TRUE(!KelResLoadStringEx(standard, 7) && standard.empty());
+    EXPECT_TRUE(!KelResLoadStringEx(framework, 7) && framework == L"before");
     EXPECT_EQ(KelResLoadStringEx(7u), L"");
     wcscpy(buffer, L"xxxxxxx");
     EXPECT_EQ(KelResLoadCharEx(buffer, 7, 8), 0);
@@ -61,7 +53,7 @@ TEST(ResStringHook, ExLookupsGoToTheHookOnly) {
     // A buffer without room for the terminator is not written.
     buffer[0] = L'x';
     EXPECT_EQ(KelResLoadCharEx(buffer, 7, 0), 0);
-    EXPECT_EQ(buffer[0], L'x');
     EXPECT_EQ(KelResLoadCharEx(nullptr, 7, 0), 0);
+    EXPECT_EQ(buffer[0], L'x');
     EXPECT_EQ(fake.calls, 7);
 }
