@@ -13,66 +13,28 @@
 
 namespace {
 
-std::atomic<long> g_newCalls{0};
-
-} // namespace
-
-// Counts the allocations of this executable (natively: of the whole library, linked statically).
-// Not inlined, so that the compiler pairs free() with this malloc().
-__attribute__((noinline)) void* operator new(std::size_t size) {
-    ++g_newCalls;
-    if (void* p = std::malloc(size ? size : 1))
-        return p;
-    throw std::bad_alloc();
-}
-__attribute__((noinline)) void operator delete(void* p) noexcept {
-    std::free(p);
-}
-__attribute__((noinline)) void operator delete(void* p, std::size_t) noexcept {
-    std::free(p);
-}
-
-namespace {
-
-using M = MProgressManager;
 using Listener = IStatusCallback;
 
 HWND const WindowA = reinterpret_cast<HWND>(0x1000);
 HWND const WindowB = reinterpret_cast<HWND>(0x2000);
 
-void RecordDelivery(HWND window, unsigned int message, std::uintptr_t wParam, std::intptr_t lParam,
-                    bool) {
-    Record(window, message, wParam, lParam, false);
-}
-
-class RecordedTest : public ProgressTest {
-protected:
-    void SetUp() override {
-        MProgressManager::SetMessageDelivery(&RecordDelivery);
-        ProgressTest::SetUp();
-    }
-    void TearDown() override {
-        ProgressTest::TearDown();
-        MProgressManager::SetMessageDelivery(nullptr);
-        EXPECT_FALSE(Listener::HasInstance());
-    }
-};
+// Every message of this executable goes to the record, synchronously.
+[[maybe_unused]] const M::MessageDelivery g_windowDelivery = M::SetMessageDelivery(
+    [](HWND window, unsigned int message, std::uintptr_t wParam, std::intptr_t lParam, bool) {
+        Record(window, message, wParam, lParam, false);
+    });
 
 // A level that keeps every percentage it forwarded.
-class ProbeProgress : public MProgress {
-public:
+struct ProbeProgress : MProgress {
     using MProgress::_SetRange;
     using MProgress::MProgress;
-    std::vector<long> forwarded;
-
-protected:
     void _OnActualUpdate(long percent) override { forwarded.push_back(percent); }
+    std::vector<long> forwarded;
 };
 
-class CountingSink : public IProgressSink {
-public:
-    int count = 0;
+struct CountingSink : IProgressSink {
     void Notify() override { ++count; }
+    int count = 0;
 };
 
 using Percents = std::vector<long>;
@@ -86,16 +48,21 @@ Percents Forwarded(void (MProgress::*move)(double), double low, double high,
     return level.forwarded;
 }
 
-TEST_F(RecordedTest, LevelArithmetic) {
-    // The level's IncrementLast adds 1.0 whatever it is given, the manager's the delta.
-    MProgress::IncrementLast(5.0); // no active level: nothing
+TEST_F(ProgressTest, LevelArithmetic) {
+    // The level's IncrementLast adds 1.0 whatever it is given, the manager's the delta; neither
+    // reaches a level that is only on the caller's pointer stack.
+    ProbeProgress ended;
+    ended.End();
+    MProgressManager::GetProgressPointers().push_back(&ended);
+    EXPECT_EQ(MProgress::GetProgressPointers().back(), &ended);
+    MProgress::IncrementLast(5.0);
     MProgressManager::IncrementLast(5.0);
     ProbeProgress outer;
     ProbeProgress inner;
     MProgress::IncrementLast(5.0);
     MProgressManager::IncrementLast(5.0);
     EXPECT_EQ(inner.forwarded, (Percents{1, 6}));
-    EXPECT_TRUE(outer.forwarded.empty());
+    EXPECT_TRUE(outer.forwarded.empty() && ended.forwarded.empty());
 
     // An increment forwards nothing at or below position 0 and rounds half up: 0.4 -> 0, 0.8 -> 1.
     EXPECT_EQ(Forwarded(&MProgress::Increment, 0, 100, {0.0, -5.0, 5.4, 0.4}), (Percents{0, 1}));
@@ -134,24 +101,6 @@ TEST_F(RecordedTest, LevelArithmetic) {
     EXPECT_EQ(level.forwarded, (Percents{10, 30, 70, 71}));
 }
 
-TEST_F(RecordedTest, SinkHearsIncrementsAndTextsButNoPositionsOrPointers) {
-    CountingSink sink;
-    MProgressManager::SetSink(&sink);
-    MProgress first(0, 10, false);
-    // The pointer stack is the caller's: it holds no levels.
-    MProgressManager::GetProgressPointers().push_back(&first);
-    EXPECT_EQ(MProgress::GetProgressPointers().back(), &first);
-    MProgressManager::IncrementLast(1.0);
-    EXPECT_EQ(sink.count, 0);
-
-    first.Increment(); // even before the begin
-    first.Begin(0, 10);
-    first.SetCurrentPosition(5);
-    first.SetText(L"step");
-    MProgressManager::NotifySink();
-    EXPECT_EQ(sink.count, 3);
-}
-
 // Statics that pass a result back: `go` from the counting and text ones, then `abort`.
 void CheckResults(bool go, bool abort) {
     EXPECT_EQ(Listener::STATUS_COUNT(5), go);
@@ -161,7 +110,7 @@ void CheckResults(bool go, bool abort) {
     EXPECT_EQ(Listener::STATUS_PARENT(WindowA), nullptr);
 }
 
-TEST_F(RecordedTest, StatusStaticsAndTheirListener) {
+TEST_F(ProgressTest, StatusStaticsAndTheirListener) {
     CheckResults(true, false);
     { IStatusCallback::Session unheard(0, 10, L"unheard"); }
 
@@ -188,7 +137,7 @@ TEST_F(RecordedTest, StatusStaticsAndTheirListener) {
     EXPECT_FALSE(Listener::HasInstance());
 }
 
-TEST_F(RecordedTest, AdapterLevelsFollowTheStatusCalls) {
+TEST_F(ProgressTest, AdapterLevelsFollowTheStatusCalls) {
     EstablishBeginText(WindowA);
     MStatusCallbackToMProgressImpl adapter;
     CountingSink sink;
@@ -220,35 +169,50 @@ TEST_F(RecordedTest, AdapterLevelsFollowTheStatusCalls) {
         SentText(WindowA, 0, FirstBeginText),    Sent(WindowA, M::MessageBegin, 0, 0),
         Sent(WindowA, M::MessageEnd, 0, 0),
     };
-    EXPECT_EQ(Recorded(), expected);
+    EXPECT_EQ(g_recorded, expected);
 }
 
-TEST_F(RecordedTest, OuterLevelEndingFirstLeavesIndicesAndEndsOnce) {
+TEST_F(ProgressTest, OuterLevelEndingFirstLeavesIndicesAndEndsOnce) {
     EstablishBeginText(WindowA);
     const std::vector<Delivered> expected = RunOuterEndsFirst(WindowA, WindowB);
-    EXPECT_EQ(Recorded(), expected);
-}
-
-TEST_F(RecordedTest, ReportingAllocatesNothingPerCall) {
-#ifdef _WIN32
-    GTEST_SKIP() << "the library allocates inside its DLL, out of this executable's sight";
-#endif
-    MProgress::AttachUITarget(0, WindowA);
-    MStatusCallbackToMProgressImpl adapter;
-    Listener::STATUS_BEGIN(0, 100, L"hot");
-    Recorded().clear();
-    const int calls = 1000;
-    Recorded().reserve(calls + 1); // so that recording allocates nothing either
-    const long before = g_newCalls;
-    for (int i = 0; i < calls; ++i) {
-        Listener::STATUS_INC(1.0);
-        Listener::STATUS_GET_ABORT();
-    }
-    Listener::STATUS_COUNT(2.0 * calls);
-    EXPECT_EQ(g_newCalls - before, 0);
-    // Every call was a new percentage (above 100 too) for the window.
-    EXPECT_EQ(Recorded().size(), calls + 1u);
-    Listener::STATUS_END();
+    EXPECT_EQ(g_recorded, expected);
 }
 
 } // namespace
+
+#ifndef _WIN32
+// Counts the allocations of this executable, which natively holds the whole library. Not
+// inlined, so that the compiler pairs free() with this malloc().
+static std::atomic<long> g_newCalls{0};
+__attribute__((noinline)) void* operator new(std::size_t size) {
+    ++g_newCalls;
+    if (void* p = std::malloc(size ? size : 1))
+        return p;
+    throw std::bad_alloc();
+}
+__attribute__((noinline)) void operator delete(void* p) noexcept {
+    std::free(p);
+}
+__attribute__((noinline)) void operator delete(void* p, std::size_t) noexcept {
+    std::free(p);
+}
+
+TEST_F(ProgressTest, ReportingAllocatesNothingPerCall) {
+    MProgress::AttachUITarget(0, WindowA);
+    MStatusCallbackToMProgressImpl adapter;
+    IStatusCallback::STATUS_BEGIN(0, 100, L"hot");
+    g_recorded.clear();
+    const int calls = 1000;
+    g_recorded.reserve(calls + 1); // so that recording allocates nothing either
+    const long before = g_newCalls;
+    for (int i = 0; i < calls; ++i) {
+        IStatusCallback::STATUS_INC(1.0);
+        IStatusCallback::STATUS_GET_ABORT();
+    }
+    IStatusCallback::STATUS_COUNT(2.0 * calls);
+    EXPECT_EQ(g_newCalls - before, 0);
+    // Every call was a new percentage (above 100 too) for the window.
+    EXPECT_EQ(g_recorded.size(), calls + 1u);
+    IStatusCallback::STATUS_END();
+}
+#endif

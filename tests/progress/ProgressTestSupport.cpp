@@ -1,43 +1,29 @@
 #include "ProgressTestSupport.h"
 
-std::vector<Delivered>& Recorded() {
-    static std::vector<Delivered> recorded;
-    return recorded;
-}
+#include <utility>
+
+std::vector<Delivered> g_recorded;
 
 void Record(HWND window, unsigned int message, std::uintptr_t wParam, std::intptr_t lParam,
             bool posted) {
-    std::wstring text;
-    if (message == MProgressManager::MessageText) {
-        if (!posted)
-            text = reinterpret_cast<const wchar_t*>(lParam);
-        lParam = 0;
-    }
-    Recorded().emplace_back(window, message, wParam, lParam, text, posted);
-}
-
-std::vector<Delivered> RecordedFor(HWND window) {
-    std::vector<Delivered> result;
-    for (const Delivered& d : Recorded())
-        if (std::get<0>(d) == window)
-            result.push_back(d);
-    return result;
+    const bool text = message == M::MessageText;
+    g_recorded.emplace_back(window, message, wParam, text ? 0 : lParam,
+                            text && !posted ? reinterpret_cast<const wchar_t*>(lParam) : L"",
+                            posted);
 }
 
 const wchar_t* const FirstBeginText = L"first level text";
 
 void EstablishBeginText(HWND window) {
     static bool established = false;
-    if (established)
+    if (std::exchange(established, true))
         return;
-    established = true;
     ResetProgressState();
-    {
-        // Without a window a begin does not take the text.
-        MProgress unseen(0, 10, false);
-        unseen.SetText(L"never shown");
-        unseen.Begin(0, 10);
-    }
+    // Without a window a begin does not take the text.
+    MProgress unseen(0, 10, false);
+    unseen.SetText(L"never shown");
+    unseen.Begin(0, 10);
+    unseen.End();
     MProgress::AttachUITarget(0, window);
     MProgress first(0, 10, false);
     first.SetText(FirstBeginText);
@@ -54,11 +40,10 @@ void ResetProgressState() {
     MProgressManager::vector_facade pointers = MProgress::GetProgressPointers();
     while (pointers.size() != 0)
         pointers.pop_back();
-    Recorded().clear();
+    g_recorded.clear();
 }
 
 std::vector<Delivered> RunOuterEndsFirst(HWND a, HWND b) {
-    using M = MProgressManager;
     MProgress::AttachUITarget(0, a);
     MProgress::AttachUITarget(1, b);
     MProgress outer;

@@ -10,6 +10,8 @@
 
 #include "MProgress.h"
 
+using M = MProgressManager;
+
 // Window, message, wParam, lParam, text and whether it came through the queue. A text message
 // has its text, read on arrival, instead of its address; a queued one has neither, as its text
 // may be gone by the time the window reads the queue.
@@ -21,14 +23,13 @@ inline Delivered Sent(HWND window, unsigned int message, std::uintptr_t wParam,
     return Delivered{window, message, wParam, lParam, std::wstring(), false};
 }
 inline Delivered SentText(HWND window, std::uintptr_t wParam, const std::wstring& text) {
-    return Delivered{window, MProgressManager::MessageText, wParam, 0, text, false};
+    return Delivered{window, M::MessageText, wParam, 0, text, false};
 }
 
 // The messages received so far, in order.
-std::vector<Delivered>& Recorded();
+extern std::vector<Delivered> g_recorded;
 void Record(HWND window, unsigned int message, std::uintptr_t wParam, std::intptr_t lParam,
             bool posted);
-std::vector<Delivered> RecordedFor(HWND window);
 
 // The text of the first level that began with a window: every begin message carries it.
 extern const wchar_t* const FirstBeginText;

@@ -2,6 +2,7 @@
 // windows of the reporting thread and queued to windows of other threads.
 #include <windows.h>
 
+#include <algorithm>
 #include <future>
 #include <thread>
 
@@ -11,18 +12,16 @@
 
 namespace {
 
-using M = MProgressManager;
 using Listener = IStatusCallback;
 
 // True while this thread's queue is pumped: the messages then arriving were posted.
 bool g_pumping = false;
 
 LRESULT CALLBACK RecordingProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message >= M::MessageBegin && message <= M::MessageAbortButton) {
-        Record(window, message, wParam, lParam, g_pumping);
-        return 0;
-    }
-    return DefWindowProcW(window, message, wParam, lParam);
+    if (message < M::MessageBegin || message > M::MessageAbortButton)
+        return DefWindowProcW(window, message, wParam, lParam);
+    Record(window, message, wParam, lParam, g_pumping);
+    return 0;
 }
 
 void PumpMessages() {
@@ -37,35 +36,30 @@ Delivered Posted(HWND window, unsigned int message, std::uintptr_t wParam, std::
     return Delivered{window, message, wParam, lParam, std::wstring(), true};
 }
 
-// Two message-only windows of the test's thread.
+// A message-only window of the test's thread that records the progress messages.
+HWND RecordingWindow() {
+    static const WNDCLASSW windowClass{
+        0,       RecordingProc, 0,       0,       GetModuleHandleW(nullptr),
+        nullptr, nullptr,       nullptr, nullptr, L"KelProgressRecorder"};
+    static const ATOM atom = RegisterClassW(&windowClass);
+    return CreateWindowExW(0, MAKEINTATOM(atom), L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+                           GetModuleHandleW(nullptr), nullptr);
+}
+
 class WindowTest : public ProgressTest {
 protected:
     void SetUp() override {
-        static const ATOM windowClass = [] {
-            WNDCLASSW wc = {};
-            wc.lpfnWndProc = RecordingProc;
-            wc.hInstance = GetModuleHandleW(nullptr);
-            wc.lpszClassName = L"KelProgressRecorder";
-            return RegisterClassW(&wc);
-        }();
-        for (HWND* window : {&a, &b}) {
-            *window = CreateWindowExW(0, MAKEINTATOM(windowClass), L"", 0, 0, 0, 0, 0, HWND_MESSAGE,
-                                      nullptr, GetModuleHandleW(nullptr), nullptr);
-            ASSERT_NE(*window, nullptr);
-        }
+        ASSERT_TRUE(a && b);
         ProgressTest::SetUp();
         EstablishBeginText(a);
     }
-    void TearDown() override {
-        ProgressTest::TearDown();
-        DestroyWindow(a);
-        DestroyWindow(b);
-    }
-    HWND a = nullptr;
-    HWND b = nullptr;
+    static inline const HWND a = RecordingWindow(), b = RecordingWindow();
 };
 
-TEST_F(WindowTest, NestedLevelsFoldUpwardsThroughASilentLevel) {
+// Nested levels fold upwards through a silent level; the abort button goes to the first window
+// only, and nowhere without a window.
+TEST_F(WindowTest, NestedLevelsAndTheAbortButton) {
+    MProgress::EnableAbortButton(true);
     MProgress::AttachUITarget(0, a);
     MProgress::AttachUITarget(7, b); // the level argument is ignored
     MProgress outer(0, 10, false);
@@ -81,10 +75,13 @@ TEST_F(WindowTest, NestedLevelsFoldUpwardsThroughASilentLevel) {
     inner.Increment();
     // 50 % -> 25 in the middle one -> 32.5, truncated to 32 in the outer one.
     inner.Increment();
+    // The inner level ends: the middle one's (empty) text again.
     inner.End();
     middle.SetText(L"middle");
     middle.End();
     outer.End();
+    MProgress::EnableAbortButton(true);
+    MProgressManager::EnableAbortButton(false);
 
     const std::vector<Delivered> expected{
         SentText(a, 0, FirstBeginText),
@@ -96,51 +93,37 @@ TEST_F(WindowTest, NestedLevelsFoldUpwardsThroughASilentLevel) {
         Sent(a, M::MessagePercent, 0, 31),
         Sent(b, M::MessagePercent, 1, 25),
         Sent(a, M::MessagePercent, 0, 32),
-        SentText(b, 1, L""), // the inner level ended: the middle one's text again
+        SentText(b, 1, L""),
         SentText(b, 1, L"middle"),
         Sent(b, M::MessageEnd, 1, 0),
         SentText(a, 0, L"outer"),
         Sent(a, M::MessageEnd, 0, 0),
+        Sent(a, M::MessageAbortButton, 0, 1),
+        Sent(a, M::MessageAbortButton, 0, 0),
     };
-    EXPECT_EQ(Recorded(), expected);
+    EXPECT_EQ(g_recorded, expected);
 }
 
 TEST_F(WindowTest, OuterLevelEndingFirstLeavesIndicesAndEndsOnce) {
     const std::vector<Delivered> expected = RunOuterEndsFirst(a, b);
-    EXPECT_EQ(Recorded(), expected);
-}
-
-TEST_F(WindowTest, AbortButtonGoesToTheFirstWindowOnly) {
-    MProgress::EnableAbortButton(true); // no window: nothing
-    MProgress::AttachUITarget(0, a);
-    MProgress::AttachUITarget(1, b);
-    MProgress::EnableAbortButton(true);
-    MProgressManager::EnableAbortButton(false);
-    const std::vector<Delivered> expected{Sent(a, M::MessageAbortButton, 0, 1),
-                                          Sent(a, M::MessageAbortButton, 0, 0)};
-    EXPECT_EQ(Recorded(), expected);
-}
-
-void RunOnWorker(MProgress& level) {
-    std::thread([&level] {
-        level.Begin(0, 10);
-        level.Increment();
-        level.Increment();
-        level.End();
-    }).join();
+    EXPECT_EQ(g_recorded, expected);
 }
 
 TEST_F(WindowTest, WorkerProgressIsDroppedUnlessOtherThreadsWindowsAreServed) {
+    const auto reportOnWorker = [] {
+        std::thread([] {
+            MProgress level(0, 10);
+            level.Increment();
+            level.Increment();
+        }).join();
+        PumpMessages();
+    };
     MProgress::AttachUITarget(0, a);
-    MProgress dropped(0, 10, false);
-    RunOnWorker(dropped);
-    PumpMessages();
-    EXPECT_TRUE(Recorded().empty());
+    reportOnWorker();
+    EXPECT_TRUE(g_recorded.empty());
 
     MProgress::SetProcessOnlyCurrentThreadWindows(false);
-    MProgress queued(0, 10, false);
-    RunOnWorker(queued);
-    PumpMessages();
+    reportOnWorker();
     { MProgress mine; } // the calling thread's own window is still served synchronously
     const std::vector<Delivered> expected{
         Posted(a, M::MessageText, 0, 0),     Posted(a, M::MessageBegin, 0, 0),
@@ -148,7 +131,7 @@ TEST_F(WindowTest, WorkerProgressIsDroppedUnlessOtherThreadsWindowsAreServed) {
         Posted(a, M::MessageEnd, 0, 0),      SentText(a, 0, FirstBeginText),
         Sent(a, M::MessageBegin, 0, 0),      Sent(a, M::MessageEnd, 0, 0),
     };
-    EXPECT_EQ(Recorded(), expected);
+    EXPECT_EQ(g_recorded, expected);
 }
 
 TEST_F(WindowTest, AdapterKeepsOneStackPerThread) {
@@ -191,21 +174,20 @@ TEST_F(WindowTest, AdapterKeepsOneStackPerThread) {
 
     // Each window: begin text, begin, the text set alone, the percentages, (a: the parent's text
     // when level two ended), end.
-    std::vector<Delivered> expectedA{Posted(a, M::MessageText, 0, 0),
-                                     Posted(a, M::MessageBegin, 0, 0),
-                                     Posted(a, M::MessageText, 0, 0)};
-    for (int percent = 10; percent <= 100; percent += 10)
-        expectedA.push_back(Posted(a, M::MessagePercent, 0, percent));
-    expectedA.push_back(Posted(a, M::MessageText, 0, 0));
-    expectedA.push_back(Posted(a, M::MessageEnd, 0, 0));
-    std::vector<Delivered> expectedB{Posted(b, M::MessageText, 1, 0),
-                                     Posted(b, M::MessageBegin, 1, 0),
-                                     Posted(b, M::MessageText, 1, 0)};
-    for (int percent = 1; percent <= 100; ++percent)
-        expectedB.push_back(Posted(b, M::MessagePercent, 1, percent));
-    expectedB.push_back(Posted(b, M::MessageEnd, 1, 0));
-    EXPECT_EQ(RecordedFor(a), expectedA);
-    EXPECT_EQ(RecordedFor(b), expectedB);
+    std::vector<Delivered> expected;
+    for (const auto& [window, level, step] : {std::tuple{a, 0, 10}, std::tuple{b, 1, 1}}) {
+        for (unsigned int message : {M::MessageText, M::MessageBegin, M::MessageText})
+            expected.push_back(Posted(window, message, level, 0));
+        for (int percent = step; percent <= 100; percent += step)
+            expected.push_back(Posted(window, M::MessagePercent, level, percent));
+        if (window == a)
+            expected.push_back(Posted(a, M::MessageText, 0, 0));
+        expected.push_back(Posted(window, M::MessageEnd, level, 0));
+    }
+    // The two threads' messages interleave; each window's keep their order.
+    std::stable_partition(g_recorded.begin(), g_recorded.end(),
+                          [](const Delivered& d) { return std::get<0>(d) == a; });
+    EXPECT_EQ(g_recorded, expected);
 }
 
 } // namespace
