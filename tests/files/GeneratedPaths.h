@@ -15,18 +15,15 @@ inline std::vector<std::wstring> GeneratedPaths() {
     // Breadth first: each body of up to two elements (1 + 10 + 100 of them) is extended by every
     // element.
     std::vector<std::wstring> bodies = {L""};
-    for (std::size_t i = 0; i < 111; ++i) {
+    for (std::size_t i = 0; i < 111; ++i)
         for (const wchar_t* element : elements)
             bodies.push_back(i == 0 ? element
                                     : bodies[i] + separators[bodies.size() % 3] + element);
-    }
     std::vector<std::wstring> paths;
-    for (const wchar_t* root : roots) {
-        for (const std::wstring& body : bodies) {
+    for (const wchar_t* root : roots)
+        for (const std::wstring& body : bodies)
             for (const wchar_t* ending : {L"", L"\\", L"/"})
                 if (!body.empty() || *ending == 0)
                     paths.push_back(root + body + ending);
-        }
-    }
     return paths;
 }

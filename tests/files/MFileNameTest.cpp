@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "GeneratedPaths.h"
 
 namespace {
@@ -15,12 +17,9 @@ std::wstring Parts(const MFileName& name) {
 } // namespace
 
 TEST(MFileNameTest, SplitsAndComposes) {
-    struct {
-        const wchar_t* path;
-        bool dirOnly;
-        const wchar_t* parts;
-        const wchar_t* composed; // null: the path itself
-    } const cases[] = {
+    // Path, whether it names only a directory, "drive|dir|file|ext", and the composed path (null:
+    // the path itself).
+    const std::tuple<const wchar_t*, bool, const wchar_t*, const wchar_t*> cases[] = {
         // Only a backslash counts as the separator before the name.
         {L"C:/a/b/f.txt", false, L"C:/|a/b/|f|.txt", L"C:/a/b/\\f.txt"},
         {L"C:\\a/b\\", false, L"C:\\|a/b\\||", nullptr},
@@ -50,10 +49,10 @@ TEST(MFileNameTest, SplitsAndComposes) {
         {L"C:x\\y", true, L"C:|x\\y||", nullptr},
         {L"..\\up", true, L"\\|..\\up||", L"\\..\\up"},
     };
-    for (const auto& c : cases) {
-        const MFileName name(c.path, c.dirOnly);
-        EXPECT_EQ(Parts(name), c.parts) << c.path << (c.dirOnly ? " (dir)" : "");
-        EXPECT_STREQ(name.GET(), c.composed ? c.composed : c.path) << c.path;
+    for (const auto& [path, dirOnly, parts, composed] : cases) {
+        const MFileName name(path, dirOnly);
+        EXPECT_EQ(Parts(name), parts) << path << (dirOnly ? " (dir)" : "");
+        EXPECT_STREQ(name.GET(), composed ? composed : path) << path;
     }
     std::wstring drive = L"x", dir = L"x", file = L"x", ext = L"x";
     EXPECT_FALSE(POSITION_PATH_PARTS(L"", drive, dir, file, ext, false));
@@ -121,8 +120,7 @@ TEST(MFileNameTest, BuildsFromPartsAndOtherNames) {
     name = MFileName(L"", L"\\\\top\\", L"f", L"");
     name.SET_RELATIVE_PATH_MODE(true);
     EXPECT_STREQ(name.GET(), L"top\\f");
-    const MFileName copy(name);
-    EXPECT_FALSE(copy.IS_RELATIVE_PATH_MODE()) << "the mode is the object's own";
+    EXPECT_FALSE(MFileName(name).IS_RELATIVE_PATH_MODE()) << "the mode is the object's own";
     // Without its file the name is rooted once, never made a network root.
     name.SET_RELATIVE_PATH_MODE(false);
     name.SET_FILE_PART(nullptr);
@@ -151,25 +149,15 @@ TEST(MFileNameTest, ComparesByMask) {
 }
 
 TEST(MFileNameTest, FiltersByPattern) {
-    struct {
-        const wchar_t *path, *file, *ext;
-        bool matches;
-    } const cases[] = {
-        {L"Report.TXT", L"rep*", L".t?t", true},
-        {L"Report.TXT", L"*o*t", L".*", true},
-        {L"Report.TXT", L"rep", L".txt", false},
-        {L"Report.TXT", L"*", L".tx", false},
-        {L"Report.TXT", L"*", L"", false},
-        {L"Makefile", L"make*", nullptr, true},
-        {L"Makefile", L"*", L".*", true},
-        {L"Makefile", L"*", L"*", false},
-        // '*' in the pattern stays a wildcard where the name holds a '*'.
-        {L"*x.*y", L"*X", L".*", true},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(MFileName(c.path).FILTER(c.file, c.ext), c.matches)
-            << c.path << " " << c.file << " " << c.ext;
-    }
+    // '*' in the pattern stays a wildcard where the name holds a '*'.
+    const std::tuple<const wchar_t*, const wchar_t*, const wchar_t*, bool> cases[] = {
+        {L"Report.TXT", L"rep*", L".t?t", true}, {L"Report.TXT", L"*o*t", L".*", true},
+        {L"Report.TXT", L"rep", L".txt", false}, {L"Report.TXT", L"*", L".tx", false},
+        {L"Report.TXT", L"*", L"", false},       {L"Makefile", L"make*", nullptr, true},
+        {L"Makefile", L"*", L".*", true},        {L"Makefile", L"*", L"*", false},
+        {L"*x.*y", L"*X", L".*", true}};
+    for (const auto& [path, file, ext, matches] : cases)
+        EXPECT_EQ(MFileName(path).FILTER(file, ext), matches) << path << " " << file << " " << ext;
 }
 
 TEST(MFileNameTest, AbbreviatesInTheMiddle) {

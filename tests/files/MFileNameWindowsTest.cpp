@@ -35,10 +35,6 @@ bool RunUntil(std::wstring commandLine, const std::wstring& folder, Condition do
     return done();
 }
 
-bool IsLink(const std::wstring& path) {
-    return Exists(path) && (GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_REPARSE_POINT);
-}
-
 using MFileNameFiles = TempFolderTest;
 
 } // namespace
@@ -49,9 +45,9 @@ TEST(MFileNameGrammar, AgreesWithTheRuntimePathType) {
     using namespace KelBase::PathGrammar;
     std::size_t compared = 0;
     for (const std::wstring& path : GeneratedPaths()) {
-        if ((path.size() >= 3 && IsSeparator(path[0]) && IsSeparator(path[1]) &&
-             !IsSeparator(path[2])) ||
-            path.compare(0, 4, L"\\??\\") == 0)
+        // Skipped: network and device roots (\\x, \\?, \\. and \??).
+        if (path.size() > 2 && IsSeparator(path[0]) &&
+            (path[1] == L'?' || (IsSeparator(path[1]) && !IsSeparator(path[2]))))
             continue;
         ++compared;
         const fs::path runtime(path);
@@ -71,8 +67,7 @@ TEST_F(MFileNameFiles, QueriesAndChangesFiles) {
     WriteRaw(L"five.bin", "12345");
     const MFileName file(Path(L"five.bin").c_str());
     EXPECT_EQ(file.FILE_SIZE(), 5);
-    EXPECT_TRUE(file.IS_WRITABLE());
-    EXPECT_TRUE(file.IS_UPDATABLE());
+    EXPECT_TRUE(file.IS_WRITABLE() && file.IS_UPDATABLE());
     ASSERT_TRUE(SetFileAttributesW(file.GET(), FILE_ATTRIBUTE_READONLY));
     EXPECT_FALSE(file.IS_WRITABLE());
     SetFileAttributesW(file.GET(), FILE_ATTRIBUTE_NORMAL);
@@ -80,13 +75,11 @@ TEST_F(MFileNameFiles, QueriesAndChangesFiles) {
     const HANDLE held =
         CreateFileW(file.GET(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(held, INVALID_HANDLE_VALUE);
-    EXPECT_TRUE(file.IS_WRITABLE());
-    EXPECT_FALSE(file.IS_UPDATABLE());
+    EXPECT_TRUE(file.IS_WRITABLE() && !file.IS_UPDATABLE());
     CloseHandle(held);
 
     const MFileName copy(Path(L"copy.bin").c_str());
-    ASSERT_TRUE(file.COPY_FILE(copy));
-    EXPECT_EQ(copy.FILE_SIZE(), 5);
+    EXPECT_TRUE(file.COPY_FILE(copy) && copy.FILE_SIZE() == 5);
     const MFileName missing(Path(L"missing.bin").c_str());
     EXPECT_FALSE(missing.COPY_FILE(copy));
     EXPECT_FALSE(missing.IS_UPDATABLE());
@@ -105,21 +98,16 @@ TEST_F(MFileNameFiles, QueriesAndChangesFiles) {
     WriteRaw(L"tree\\top.txt", "1");
     WriteRaw(L"tree\\a\\b\\deep.txt", "2");
     const MFileName top(Path(L"tree\\top.txt").c_str());
-    EXPECT_TRUE(top.REMOVE());
-    EXPECT_FALSE(top.REMOVE());
-    EXPECT_TRUE(MFileName(Path(L"tree").c_str(), true).REMOVE());
-    EXPECT_FALSE(Exists(Path(L"tree")));
+    EXPECT_TRUE(top.REMOVE() && !top.REMOVE());
+    EXPECT_TRUE(MFileName(Path(L"tree").c_str(), true).REMOVE() && !Exists(Path(L"tree")));
 
     WriteRaw(L"old.txt", "x");
     const MFileName old(Path(L"old.txt").c_str());
     const MFileName renamed(Path(L"new.txt").c_str());
     ASSERT_TRUE(old.RENAME_SHELL(renamed, false));
-    EXPECT_FALSE(old.DOES_EXIST());
-    EXPECT_TRUE(renamed.DOES_EXIST());
-    EXPECT_TRUE(renamed.REMOVE_SHELL(false));
-    EXPECT_FALSE(renamed.DOES_EXIST());
-    EXPECT_FALSE(MFileName().REMOVE_SHELL(false));
-    EXPECT_FALSE(old.RENAME_SHELL(MFileName(), false));
+    EXPECT_TRUE(!old.DOES_EXIST() && renamed.DOES_EXIST());
+    EXPECT_TRUE(renamed.REMOVE_SHELL(false) && !renamed.DOES_EXIST());
+    EXPECT_FALSE(MFileName().REMOVE_SHELL(false) || old.RENAME_SHELL(MFileName(), false));
 }
 
 TEST_F(MFileNameFiles, RemoveDoesNotFollowDirectoryLinks) {
@@ -129,7 +117,9 @@ TEST_F(MFileNameFiles, RemoveDoesNotFollowDirectoryLinks) {
     // A junction made by the system's own command; under Wine, whose directory links are the
     // host's symbolic links, a link made on the host (a program of the host's root, Z:).
     const std::wstring link = Path(L"tree\\link");
-    const auto made = [&link] { return IsLink(link); };
+    const auto made = [&link] {
+        return Exists(link) && (GetFileAttributesW(link.c_str()) & FILE_ATTRIBUTE_REPARSE_POINT);
+    };
     if (!RunUntil(L"Z:\\bin\\ln -s ../outside tree/link", m_folder, made) &&
         !RunUntil(L"cmd.exe /c mklink /J tree\\link outside", m_folder, made))
         GTEST_SKIP() << "no directory links can be made here";
@@ -146,29 +136,14 @@ TEST_F(MFileNameFiles, RemoveDoesNotFollowDirectoryLinks) {
     RunUntil(L"Z:\\bin\\rm -f tree/link", m_folder, [&] { return !Exists(link); });
 }
 
-TEST(MFileNameSystem, FillsWithSystemPaths) {
-    MFileName module, working, temporary, named;
-    ASSERT_TRUE(module.FILL_WITH_MODULE_PATH(nullptr));
-    EXPECT_TRUE(module.FILTER(L"test_files", L".exe")) << module.GET();
-    ASSERT_TRUE(working.FILL_WITH_WORKING_PATH());
-    EXPECT_EQ(working.GET(), fs::current_path().wstring());
-    EXPECT_STREQ(working.GET_FILE_PART(), L"") << "the folder is the directory";
-    ASSERT_TRUE(temporary.FILL_WITH_TEMPORARY_PATH());
-    EXPECT_EQ(temporary.GET(), fs::temp_directory_path().wstring());
-    // Temporary names go there by default.
-    named.SET_TEMP_NAME();
-    EXPECT_TRUE(named.COMPARE(temporary, MFileName::PART_DRIVE | MFileName::PART_DIR));
-    EXPECT_STREQ(named.GET_EXT_PART(), L".tmp");
-}
-
-TEST_F(MFileNameFiles, MakesNamesThatDoNotExist) {
+TEST_F(MFileNameFiles, TemporaryAndSystemPaths) {
     // The shared counter: different names without any file being created.
     const wchar_t* folder = m_folder.c_str();
     MFileName first, second;
     const unsigned short afterFirst = first.SET_TEMP_NAME(folder, nullptr, nullptr, 0xFFFF);
     const unsigned short afterSecond = second.SET_TEMP_NAME(folder, nullptr, nullptr, 0xFFFF);
     EXPECT_STRNE(first.GET(), second.GET());
-    EXPECT_FALSE(first.DOES_EXIST());
+    EXPECT_FALSE(first.DOES_EXIST() || second.DOES_EXIST());
     EXPECT_EQ(std::wstring(second.GET()), Path(L"~kel" + std::to_wstring(afterFirst) + L".tmp"));
 
     // A caller's start skips existing names and leaves the shared counter alone.
@@ -190,4 +165,18 @@ TEST_F(MFileNameFiles, MakesNamesThatDoNotExist) {
     MFileName last(Path(L"data.txt").c_str());
     EXPECT_FALSE(last.ADD_UNIQUE_INDEX(255));
     EXPECT_STREQ(last.GET_FILE_PART(), L"data");
+
+    // The system's own folders.
+    MFileName module, working, temporary;
+    ASSERT_TRUE(module.FILL_WITH_MODULE_PATH(nullptr));
+    EXPECT_TRUE(module.FILTER(L"test_files", L".exe")) << module.GET();
+    ASSERT_TRUE(working.FILL_WITH_WORKING_PATH());
+    EXPECT_EQ(working.GET(), fs::current_path().wstring());
+    EXPECT_STREQ(working.GET_FILE_PART(), L"") << "the folder is the directory";
+    ASSERT_TRUE(temporary.FILL_WITH_TEMPORARY_PATH());
+    EXPECT_EQ(temporary.GET(), fs::temp_directory_path().wstring());
+    // Temporary names go there by default.
+    named.SET_TEMP_NAME();
+    EXPECT_TRUE(named.COMPARE(temporary, MFileName::PART_DRIVE | MFileName::PART_DIR));
+    EXPECT_STREQ(named.GET_EXT_PART(), L".tmp");
 }
