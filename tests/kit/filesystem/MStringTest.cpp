@@ -37,25 +37,17 @@ TEST_F(MStringIniTest, AnsiFileLookups) {
                            "[ Other ]\n"
                            "WorkingDirectory=elsewhere\n"
                            "Last=final");
-    const auto plain = [&](const wchar_t* section, const wchar_t* key) {
-        return Load(L"plain.ini", section, key);
-    };
-    const std::wstring missing = L"<missing>";
-    EXPECT_EQ(L"C:\\Work dir", plain(L"ORVANO", L"workingdirectory"));
-    EXPECT_EQ(L"elsewhere", plain(L"other", L"WorkingDirectory"));
-    EXPECT_EQ(L"final", plain(L"Other", L"Last"));
-    EXPECT_EQ(L"a=b;c", plain(L"Orvano", L"Equation"));
-    EXPECT_EQ(L"", plain(L"Orvano", L"Empty"));
-    EXPECT_EQ(missing, plain(L"Orvano", L"Commented"));
-    EXPECT_EQ(missing, plain(L"Orvano", L"Indented"));
-    EXPECT_EQ(missing, plain(L"Orvano", L"NoEquals"));
-    EXPECT_EQ(missing, plain(L"Orvano", L"Last"));
-    EXPECT_EQ(missing, plain(L"Orvano", L"top"));
-    EXPECT_EQ(missing, plain(L"Missing", L"Last"));
-    EXPECT_EQ(missing, plain(nullptr, L"Empty"));
-    EXPECT_EQ(missing, plain(L"Orvano", nullptr));
-    EXPECT_EQ(missing, Load(L"nofile.ini", L"Orvano", L"Empty"));
-    EXPECT_EQ(missing, Load(L"", L"Orvano", L"Empty"));
+    EXPECT_EQ(L"C:\\Work dir", Load(L"plain.ini", L"ORVANO", L"workingdirectory"));
+    EXPECT_EQ(L"elsewhere", Load(L"plain.ini", L"other", L"WorkingDirectory"));
+    EXPECT_EQ(L"final", Load(L"plain.ini", L"Other", L"Last"));
+    EXPECT_EQ(L"a=b;c", Load(L"plain.ini", L"Orvano", L"Equation"));
+    EXPECT_EQ(L"", Load(L"plain.ini", L"Orvano", L"Empty"));
+    // Comments, lines without "=", keys of other sections and null names are no keys.
+    for (const wchar_t* key : {L"Commented", L"Indented", L"NoEquals", L"Last", L"top"})
+        EXPECT_EQ(L"<missing>", Load(L"plain.ini", L"Orvano", key)) << key;
+    EXPECT_EQ(L"<missing>", Load(L"plain.ini", nullptr, L"Empty"));
+    EXPECT_EQ(L"<missing>", Load(L"plain.ini", L"Orvano", nullptr));
+    EXPECT_EQ(L"<missing>", Load(L"nofile.ini", L"Orvano", L"Empty"));
 }
 
 TEST_F(MStringIniTest, ByteOrderMarks) {

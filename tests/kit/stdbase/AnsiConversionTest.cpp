@@ -11,11 +11,19 @@ TEST(AnsiConversion, AsciiRoundTripsAndUnmappableBecomesQuestionMark) {
     EXPECT_EQ(wide, ConvertAnsiToUnicode(ascii));
     EXPECT_EQ(ascii, ConvertUnicodeToAnsi(wide));
     // No single-byte code page has CJK ideographs.
-    EXPECT_EQ("a?b", ConvertUnicodeToAnsi(L"a\x4E2D"
-                                          L"b"));
+    EXPECT_EQ("a?b", ConvertUnicodeToAnsi(L"a\u4E2Db"));
 }
 
-#ifndef _WIN32
+#ifdef _WIN32
+#include <windows.h>
+
+TEST(AnsiConversion, UsesTheActiveCodePage) {
+    if (GetACP() != 1252)
+        GTEST_SKIP() << "active code page is " << GetACP();
+    EXPECT_EQ(L"caf\xE9 \x20AC", ConvertAnsiToUnicode("caf\xE9 \x80"));
+    EXPECT_EQ("caf\xE9 \x80", ConvertUnicodeToAnsi(L"caf\xE9 \x20AC"));
+}
+#else
 #include <clocale>
 
 // Natively the C locale plays the active code page; UTF-8 shows multi-byte handling.
