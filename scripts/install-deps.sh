@@ -2,7 +2,7 @@
 # Installs what the build and the tests need on Debian 12; does nothing when all is there.
 set -euo pipefail
 packages=(cmake make g++ mingw-w64 g++-mingw-w64-x86-64-posix wine wine64 googletest
-          libz-mingw-w64-dev zlib1g-dev clang-format)
+          libz-mingw-w64-dev zlib1g-dev)
 missing=()
 for p in "${packages[@]}"; do
     dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
