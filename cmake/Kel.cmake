@@ -30,6 +30,8 @@ function(kel_library target define)
     if(WIN32)
         add_library(${target} SHARED ${srcs})
         target_compile_definitions(${target} PRIVATE ${define})
+        # KelSDK.Base.dll and KelSDK.Base.dll.a, not mingw's lib-prefixed names.
+        set_target_properties(${target} PROPERTIES PREFIX "" IMPORT_PREFIX "")
     else()
         add_library(${target} STATIC ${srcs})
     endif()

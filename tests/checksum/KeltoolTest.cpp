@@ -106,7 +106,7 @@ TEST_F(KeltoolTest, Crc32AgreesWithZlibOnRealFiles) {
     for (std::size_t i = 0; i < big.size(); ++i)
         big[i] = static_cast<char>((i * 2654435761u) >> 13);
     const fs::path bigFile = Make(L"progress %s%s%s%s%s%s%s%s%s%s%s%s.bin", big);
-    const std::vector<fs::path> files = {Here() / L"keltool.exe", Here() / L"libKelSDK.Base.dll",
+    const std::vector<fs::path> files = {Here() / L"keltool.exe", Here() / L"KelSDK.Base.dll",
                                          Make(L"empty.bin", ""),
                                          Make(L"digits \u00e4\u2713.txt", "123456789"), bigFile};
     std::vector<std::wstring> standard = {L"crc32", L"--standard", L"--progress"},
