@@ -7,6 +7,27 @@
 
 using FileOs::Mode;
 
+namespace {
+
+// Little-endian 32-bit integers pass through a byte chunk on the stack. `transfer(chunk, first,
+// items)` moves one chunk of `items` integers starting at item `first` and returns the bytes it
+// moved; a short transfer ends the run.
+template <class Transfer> size_t TransferInts(size_t count, Transfer transfer) {
+    const size_t intsPerChunk = 1024;
+    unsigned char chunk[4 * intsPerChunk];
+    size_t done = 0;
+    while (done < count) {
+        const size_t items = std::min(count - done, intsPerChunk);
+        const size_t bytes = transfer(chunk, done, items);
+        done += bytes / 4;
+        if (bytes < items * 4)
+            break;
+    }
+    return done;
+}
+
+} // namespace
+
 MFile::MFile(size_t bufferSize) : m_bufferSize(std::max<size_t>(bufferSize, 1)) {}
 
 MFile::~MFile() {
@@ -113,26 +134,18 @@ size_t MFile::READ(unsigned char* data, size_t count) {
 size_t MFile::READ(int32_t* data, size_t count) {
     if (!data)
         return 0;
-    unsigned char chunk[4096];
-    const size_t perChunk = sizeof chunk / 4;
-    size_t done = 0;
-    while (done < count) {
-        size_t items = std::min(count - done, perChunk);
-        size_t got = ReadBytes(chunk, items * 4);
+    return TransferInts(count, [&](unsigned char* chunk, size_t first, size_t items) {
+        const size_t got = ReadBytes(chunk, items * 4);
         for (size_t i = 0; i < got / 4; ++i) {
             const unsigned char* b = chunk + 4 * i;
-            data[done + i] = static_cast<int32_t>(uint32_t(b[0]) | uint32_t(b[1]) << 8 |
-                                                  uint32_t(b[2]) << 16 | uint32_t(b[3]) << 24);
+            data[first + i] = static_cast<int32_t>(uint32_t(b[0]) | uint32_t(b[1]) << 8 |
+                                                   uint32_t(b[2]) << 16 | uint32_t(b[3]) << 24);
         }
-        done += got / 4;
-        if (got < items * 4) {
-            // A trailing partial integer is not consumed: the position stays on whole items.
-            if (got % 4)
-                SEEK_RELATIVE(-static_cast<long long>(got % 4));
-            break;
-        }
-    }
-    return done;
+        // A trailing partial integer is not consumed: the position stays on whole items.
+        if (got % 4)
+            SEEK_RELATIVE(-static_cast<long long>(got % 4));
+        return got;
+    });
 }
 
 size_t MFile::WRITE(const char* data, size_t count) {
@@ -146,25 +159,17 @@ size_t MFile::WRITE(const unsigned char* data, size_t count) {
 size_t MFile::WRITE(const int32_t* data, size_t count) {
     if (!data)
         return 0;
-    unsigned char chunk[4096];
-    const size_t perChunk = sizeof chunk / 4;
-    size_t done = 0;
-    while (done < count) {
-        size_t items = std::min(count - done, perChunk);
+    return TransferInts(count, [&](unsigned char* chunk, size_t first, size_t items) {
         for (size_t i = 0; i < items; ++i) {
-            uint32_t v = static_cast<uint32_t>(data[done + i]);
+            const uint32_t v = static_cast<uint32_t>(data[first + i]);
             unsigned char* b = chunk + 4 * i;
             b[0] = static_cast<unsigned char>(v);
             b[1] = static_cast<unsigned char>(v >> 8);
             b[2] = static_cast<unsigned char>(v >> 16);
             b[3] = static_cast<unsigned char>(v >> 24);
         }
-        size_t put = WriteBytes(chunk, items * 4);
-        done += put / 4;
-        if (put < items * 4)
-            break;
-    }
-    return done;
+        return WriteBytes(chunk, items * 4);
+    });
 }
 
 unsigned long long MFile::COPY_FROM(MFile& source, unsigned long long count) {
