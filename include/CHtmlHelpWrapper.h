@@ -1,9 +1,9 @@
 #pragma once
 // Forwards help requests to the HTML help control, which is loaded only when help is first
 // asked for, so applications that never show help do not load it.
-#include <windows.h>
-
+#include "AfxTypes.h"
 #include "KelBaseExport.h"
+#include "KelHandles.h"
 
 class KELBASE_API CHtmlHelpWrapper {
 public:
@@ -22,7 +22,7 @@ public:
     static CHtmlHelpWrapper mg_htmlhelpwrapper;
 
 private:
-    typedef HWND(WINAPI* HtmlHelpEntry)(HWND, LPCWSTR, UINT, DWORD_PTR);
+    typedef HWND(__stdcall* HtmlHelpEntry)(HWND, const wchar_t*, UINT, DWORD_PTR);
 
     HtmlHelpEntry m_entry = nullptr;
     bool m_loadTried = false;

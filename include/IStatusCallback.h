@@ -5,7 +5,7 @@
 #include <cstdarg>
 
 #include "KelBaseExport.h"
-#include "KelWindowHandle.h"
+#include "KelHandles.h"
 
 class KELBASE_API IStatusCallback {
 public:

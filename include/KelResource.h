@@ -5,6 +5,7 @@
 
 #include "CString.h"
 #include "KelBaseExport.h"
+#include "KelHandles.h"
 
 // The application's source of strings by identifier. The library never owns or deletes it;
 // whoever installs it keeps it alive while it is installed.
@@ -32,8 +33,6 @@ KELBASE_API CString KelResLoadStringEx(unsigned int id);
 KELBASE_API int KelResLoadCharEx(wchar_t* buffer, unsigned int id, unsigned int size);
 
 #ifdef _WIN32
-#include <windows.h>
-
 // A raw resource of the library's resource module. Resources of a loaded module need no
 // release, so the object only forgets what it found.
 class KELBASE_API CKelResource {

@@ -5,12 +5,7 @@
 #include <string>
 
 #include "KelBaseExport.h"
-
-#ifdef _WIN32
-// Module handles without <windows.h>: the very declaration the Windows headers make (STRICT
-// handles), so this header and <windows.h> may be included in either order.
-typedef struct HINSTANCE__* HINSTANCE;
-#endif
+#include "KelHandles.h"
 
 class KELBASE_API MFileName {
 public:

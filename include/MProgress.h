@@ -6,7 +6,7 @@
 #include <string>
 
 #include "KelBaseExport.h"
-#include "KelWindowHandle.h"
+#include "KelHandles.h"
 #include "Locking.h"
 #include "MProgressManager.h"
 

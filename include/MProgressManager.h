@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "KelBaseExport.h"
-#include "KelWindowHandle.h"
+#include "KelHandles.h"
 #include "Locking.h"
 
 class MProgress;

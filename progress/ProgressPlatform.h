@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "KelWindowHandle.h"
+#include "KelHandles.h"
 
 namespace KelBase {
 

@@ -17,3 +17,24 @@ kel_build() {
 kel_build_windows() {
     kel_build "$win" "$1" -DCMAKE_TOOLCHAIN_FILE="$root/cmake/mingw-w64.cmake"
 }
+
+# Installs the Windows build into $win/sdk, builds tests/consumer against that prefix alone
+# and runs it under Wine (the prefix's wineserver must be running).
+kel_consumer_check() {
+    local sdk="$win/sdk" consumer="$win/consumer"
+    rm -rf "$sdk" "$consumer"
+    cmake --install "$win" --prefix "$sdk" >"$win/install.log" || { cat "$win/install.log"; return 1; }
+    cmake -S "$root/tests/consumer" -B "$consumer" -DCMAKE_PREFIX_PATH="$sdk" \
+        -DCMAKE_TOOLCHAIN_FILE="$root/cmake/mingw-w64.cmake" >"$consumer.configure.log" 2>&1 ||
+        { cat "$consumer.configure.log"; return 1; }
+    cmake --build "$consumer" || return 1
+    # The same program built without CMake: the installed include/ and lib/ and nothing else.
+    local libs=()
+    for lib in "$sdk"/lib/*.dll.a; do libs+=("-l:$(basename "$lib")"); done
+    x86_64-w64-mingw32-g++-posix -std=c++17 -municode -DUNICODE -D_UNICODE -I"$sdk/include" \
+        "$root/tests/consumer/consumer.cpp" -L"$sdk/lib" "${libs[@]}" -o "$consumer/plain.exe" ||
+        return 1
+    # The programs run beside the SDK's DLLs, as an application ships them.
+    cp "$consumer/consumer.exe" "$consumer/plain.exe" "$sdk/bin/" &&
+        wine "$sdk/bin/consumer.exe" && wine "$sdk/bin/plain.exe"
+}

@@ -9,6 +9,8 @@ echo "== Windows build (mingw-w64), tests under Wine"
 kel_build_windows all
 kel_wine_start "$win"
 (cd "$win" && ctest --output-on-failure) || status=1
+echo "== The installed SDK, used by a separate project"
+kel_consumer_check || status=1
 kel_wine_stop
 
 echo "== Native build, sanitizers"

@@ -147,7 +147,7 @@ TEST_F(KeltoolTest, Crc32AgreesWithZlibOnRealFiles) {
 TEST_F(KeltoolTest, ChecksAndPolynomials) {
     const std::wstring digits = Make(L"digits.txt", "123456789").wstring();
     const std::string suffix = "  " + Utf8(digits) + "\r\n";
-    // The command and options, and the value printed (none for a refusal).
+    // The command and options, and the value printed (none for a refusal, a usage error).
     const std::pair<std::vector<std::wstring>, std::string> cases[] = {
         {{L"crc16"}, "29B1"},
         {{L"crc16", L"--polynomial=0x1021"}, "29B1"},
@@ -166,7 +166,7 @@ TEST_F(KeltoolTest, ChecksAndPolynomials) {
         arguments.push_back(digits);
         const Result result = Run(arguments);
         const std::string option = Utf8(options.back());
-        EXPECT_EQ(value.empty() ? 1u : 0u, result.exitCode) << option;
+        EXPECT_EQ(value.empty() ? 2u : 0u, result.exitCode) << option;
         EXPECT_EQ(value.empty() ? "" : value + suffix, result.out) << option;
         if (value.empty()) { // the message names the refused polynomial
             EXPECT_NE(std::string::npos, result.err.find(option.substr(13))) << result.err;

@@ -1,5 +1,7 @@
 #include "CHtmlHelpWrapper.h"
 
+#include <windows.h>
+
 #include "InitOrder.h"
 
 KEL_INIT_HELP_WRAPPER CHtmlHelpWrapper CHtmlHelpWrapper::mg_htmlhelpwrapper(false);

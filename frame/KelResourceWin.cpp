@@ -1,5 +1,7 @@
 #include "KelResource.h"
 
+#include <windows.h>
+
 #include <algorithm>
 #include <climits>
 #include <cstdarg>

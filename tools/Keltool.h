@@ -1,0 +1,80 @@
+#pragma once
+// What every keltool command group shares: the command table, output, errors and the
+// progress bar. A group is one source file that defines its commands with KELTOOL_COMMAND.
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "KelBase.h"
+
+namespace Keltool {
+
+// Exit codes, the same for every command.
+enum Exit { Success = 0, Failed = 1, Usage = 2 };
+
+using Arguments = std::vector<std::wstring>;
+
+struct Command {
+    const wchar_t* name;
+    const wchar_t* synopsis; // "NAME ARGUMENTS", one line
+    const wchar_t* help;     // what it does and its options, lines indented by two blanks
+    int (*run)(const Arguments& arguments);
+};
+
+// Commands register themselves at start-up; the table lists them in registration order.
+const std::vector<Command>& Commands();
+struct Registrar {
+    explicit Registrar(const Command& command);
+};
+#define KELTOOL_COMMAND(id, ...) static const Keltool::Registrar id##Registrar({__VA_ARGS__})
+
+// Text goes out as UTF-8 (the console is switched to it), so that any file name shows.
+void Write(FILE* stream, const std::wstring& text);
+void Print(const std::wstring& text); // to the standard output
+
+// "keltool: MESSAGE" on the standard error; returns Failed.
+int Fail(const std::wstring& message);
+// "keltool: MESSAGE (see keltool help COMMAND)" on the standard error; returns Usage.
+int UsageError(const std::wstring& command, const std::wstring& message);
+// The system's text for a Win32 code and the code: "TEXT (error code N)".
+std::wstring ErrorText(unsigned long code);
+// Fail() with WHAT ("cannot read \"FILE\"", ...) followed by ": " and ErrorText(code).
+int FailWithCode(const std::wstring& what, unsigned long code);
+
+std::wstring Hex(unsigned long value, int digits);
+
+// Splits leading options ("--name" or "--name=value") from operands; "--" ends the options.
+struct Parsed {
+    std::vector<std::wstring> options;
+    Arguments operands;
+};
+Parsed SplitOptions(const Arguments& arguments);
+
+// Whether the standard error is a terminal (progress bars are drawn by default there).
+bool ErrorIsTerminal();
+
+// A progress bar on the standard error for the levels reported on the status channel while
+// it exists: it installs the status adapter and is the progress manager's UI target for the
+// first level (a message-only window of this thread) and its sink.
+class TerminalProgressBar : public IProgressSink {
+public:
+    TerminalProgressBar();
+    ~TerminalProgressBar();
+    TerminalProgressBar(const TerminalProgressBar&) = delete;
+    TerminalProgressBar& operator=(const TerminalProgressBar&) = delete;
+
+    void Notify() override;
+
+private:
+    static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+    MStatusCallbackToMProgressImpl m_adapter;
+    HWND m_window = nullptr;
+    std::wstring m_text;
+    int m_percent = 0;
+    bool m_ended = false;
+    bool m_changed = false;
+};
+
+} // namespace Keltool

@@ -1,0 +1,152 @@
+#include "Keltool.h"
+
+#include <io.h>
+
+#include <cstdio>
+
+#include "StdBase.h"
+
+namespace Keltool {
+
+namespace {
+
+std::vector<Command>& Table() {
+    static std::vector<Command> table;
+    return table;
+}
+
+} // namespace
+
+const std::vector<Command>& Commands() {
+    return Table();
+}
+
+Registrar::Registrar(const Command& command) {
+    Table().push_back(command);
+}
+
+void Write(FILE* stream, const std::wstring& text) {
+    const std::string bytes = StdBase::ConvertUnicodeToUtf8(text);
+    std::fwrite(bytes.data(), 1, bytes.size(), stream);
+    std::fflush(stream);
+}
+
+void Print(const std::wstring& text) {
+    Write(stdout, text);
+}
+
+int Fail(const std::wstring& message) {
+    Write(stderr, L"keltool: " + message + L"\n");
+    return Failed;
+}
+
+int UsageError(const std::wstring& command, const std::wstring& message) {
+    Write(stderr, L"keltool: " + message + L" (see keltool help " + command + L")\n");
+    return Usage;
+}
+
+std::wstring ErrorText(unsigned long code) {
+    wchar_t* buffer = nullptr;
+    const DWORD length = FormatMessageW(
+        FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
+        nullptr, code, 0, reinterpret_cast<wchar_t*>(&buffer), 0, nullptr);
+    std::wstring text = length ? std::wstring(buffer, length) : L"unknown error";
+    LocalFree(buffer);
+    while (!text.empty() && (text.back() == L'\n' || text.back() == L'\r' || text.back() == L' '))
+        text.pop_back();
+    return text + L" (error code " + std::to_wstring(code) + L")";
+}
+
+int FailWithCode(const std::wstring& what, unsigned long code) {
+    return Fail(what + L": " + ErrorText(code));
+}
+
+std::wstring Hex(unsigned long value, int digits) {
+    return StdBase::FormatString(L"%0*lX", digits, value);
+}
+
+Parsed SplitOptions(const Arguments& arguments) {
+    Parsed parsed;
+    std::size_t i = 0;
+    for (; i < arguments.size() && arguments[i].compare(0, 2, L"--") == 0; ++i) {
+        if (arguments[i] == L"--") {
+            ++i;
+            break;
+        }
+        parsed.options.push_back(arguments[i]);
+    }
+    parsed.operands.assign(arguments.begin() + static_cast<std::ptrdiff_t>(i), arguments.end());
+    return parsed;
+}
+
+bool ErrorIsTerminal() {
+    return _isatty(_fileno(stderr)) != 0;
+}
+
+// The window keeps what the messages say and, when the percentage moves or the level ends,
+// asks the manager to notify the sink, which draws. (The manager also notifies the sink by
+// itself on every increment and text change; those calls find nothing new to draw.)
+namespace {
+const wchar_t ClassName[] = L"KelToolProgressBar";
+const int Width = 40;
+} // namespace
+
+TerminalProgressBar::TerminalProgressBar() {
+    WNDCLASSEXW windowClass = {};
+    windowClass.cbSize = sizeof windowClass;
+    windowClass.lpfnWndProc = WindowProc;
+    windowClass.hInstance = GetModuleHandleW(nullptr);
+    windowClass.lpszClassName = ClassName;
+    RegisterClassExW(&windowClass);
+    m_window = CreateWindowExW(0, ClassName, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+                               windowClass.hInstance, nullptr);
+    SetWindowLongPtrW(m_window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    MProgressManager::AttachUITarget(m_window);
+    MProgressManager::SetSink(this);
+}
+
+TerminalProgressBar::~TerminalProgressBar() {
+    MProgressManager::SetSink(nullptr);
+    MProgressManager::ResetUITargets();
+    DestroyWindow(m_window);
+}
+
+void TerminalProgressBar::Notify() {
+    if (!m_changed)
+        return;
+    m_changed = false;
+    const int filled = m_percent * Width / 100;
+    Write(stderr, L"\r[" + std::wstring(filled, L'#') + std::wstring(Width - filled, L'.') + L"] " +
+                      std::to_wstring(m_percent) + L"% " + m_text + (m_ended ? L"\n" : L""));
+}
+
+LRESULT CALLBACK TerminalProgressBar::WindowProc(HWND window, UINT message, WPARAM wParam,
+                                                 LPARAM lParam) {
+    auto* bar = reinterpret_cast<TerminalProgressBar*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (!bar)
+        return DefWindowProcW(window, message, wParam, lParam);
+    switch (message) {
+    case MProgressManager::MessageBegin:
+        bar->m_percent = 0;
+        bar->m_ended = false;
+        return 0;
+    // A begin message carries the text of the first level ever begun; the level's own text
+    // follows in a text message before anything is drawn.
+    case MProgressManager::MessageText:
+        bar->m_text = reinterpret_cast<const wchar_t*>(lParam);
+        return 0;
+    case MProgressManager::MessagePercent:
+        bar->m_percent = lParam > 100 ? 100 : static_cast<int>(lParam);
+        break;
+    case MProgressManager::MessageEnd:
+        bar->m_ended = true;
+        break;
+    default:
+        return DefWindowProcW(window, message, wParam, lParam);
+    }
+    bar->m_changed = true;
+    MProgressManager::NotifySink();
+    return 0;
+}
+
+} // namespace Keltool
