@@ -9,6 +9,7 @@
 #include <cwchar>
 
 #include "StdBase.h"
+#include "TextCopy.h"
 
 HINSTANCE CKelResource::mh_AppInstance = nullptr;
 
@@ -66,12 +67,6 @@ namespace {
 // The platform's string functions take int or DWORD capacities.
 template <class T> T ClampedCapacity(size_t size) {
     return static_cast<T>(std::min<size_t>(size, static_cast<size_t>(INT_MAX)));
-}
-
-// Copies at most `size` characters of `text` and terminates at the last character.
-void CopyTruncated(wchar_t* buffer, size_t size, const wchar_t* text) {
-    wcsncpy(buffer, text, size);
-    buffer[size - 1] = L'\0';
 }
 
 // Fills a caller's buffer of a given capacity with a string.
@@ -140,7 +135,7 @@ wchar_t* MLoadString(HINSTANCE module, unsigned int id, wchar_t* buffer, size_t 
                               reinterpret_cast<uintptr_t>(module));
     if (diagnostic.size() >= diagnosticCapacity)
         diagnostic.resize(diagnosticCapacity - 1);
-    CopyTruncated(buffer, size, diagnostic.c_str());
+    KelBase::CopyTruncated(buffer, size, diagnostic.c_str());
     return buffer;
 }
 
@@ -165,6 +160,6 @@ wchar_t* MLoadStringF(unsigned int id, wchar_t* buffer, size_t size, ...) {
     wvsprintfW(formatted, buffer, args);
     va_end(args);
     formatted[1023] = L'\0'; // a cut output is not documented to be terminated
-    CopyTruncated(buffer, size, formatted);
+    KelBase::CopyTruncated(buffer, size, formatted);
     return buffer;
 }

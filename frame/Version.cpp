@@ -16,6 +16,8 @@ const wchar_t* const* KelBaseGetFamilies() {
         L"polynomial over blocks and files, tables shared per polynomial",
         L"progress: MProgress levels, MProgressManager window messages 2024-2028 and sink, "
         L"IStatusCallback status channel, MStatusCallbackToMProgressImpl per-thread adapter",
+        L"units: MUserUnit millimetres and inches for display, IUserUnitDependent; "
+        L"MInternalUnitsValue lengths, areas and volumes that follow the internal resolution",
         L"clipboard: CopyStringToClipboard (narrow and wide) and GetTextFromClipboard",
         nullptr,
     };

@@ -9,6 +9,8 @@
 #include "MProgressManager.h"
 #include "IStatusCallback.h"
 #include "MStatusCallbackToMProgressImpl.h"
+#include "MUserUnit.h"
+#include "MInternalUnitsValue.h"
 #include "KelResource.h"
 #include "CharacterSetConversions.h"
 #include "MBlobBuffer.h"

@@ -1,0 +1,17 @@
+#pragma once
+// Filling a caller's fixed-size character buffer.
+#include <cstddef>
+#include <cwchar>
+
+namespace KelBase {
+
+// Copies at most `size` characters of `text` and terminates at the last character, so the
+// result is cut rather than overflowing; a size of 0 writes nothing.
+inline void CopyTruncated(wchar_t* buffer, size_t size, const wchar_t* text) {
+    if (size == 0)
+        return;
+    std::wcsncpy(buffer, text, size);
+    buffer[size - 1] = L'\0';
+}
+
+} // namespace KelBase
