@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Installs what the build and the tests need on Debian 12; does nothing when all is there.
 set -euo pipefail
+# Xvfb, xclip and ImageMagick: keltool's window and clipboard tests under a real X display.
 packages=(cmake make g++ mingw-w64 g++-mingw-w64-x86-64-posix wine wine64 googletest
-          libz-mingw-w64-dev zlib1g-dev)
+          libz-mingw-w64-dev zlib1g-dev xvfb xclip imagemagick)
 missing=()
 for p in "${packages[@]}"; do
     dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -30,33 +30,43 @@ struct FileCommand {
 };
 
 const ULONGLONG LargeFile = 16ull << 20;
-const DWORD StepBytes = 16u << 20;
 const DWORD BufferBytes = 1u << 20;
 
-// Feeds the file through the check in steps, reporting the position on the status channel
-// when a bar is shown. Throws CFileException* as the library does; the level ends with it.
-DWORD CheckFile(FileCommand& command, const std::wstring& path, bool barShown) {
+// Feeds the file through the check in steps of one buffer, reporting the position on the
+// status channel when progress is shown (inside an outer level when `nested`) and stopping when the
+// user aborts (then the result is empty). Throws CFileException* as the library does; the level
+// ends with it.
+std::optional<DWORD> CheckFile(FileCommand& command, const std::wstring& path, bool shown,
+                               bool nested) {
     CFile file;
     CFileException error;
     if (!file.Open(path.c_str(), CFile::modeRead | CFile::shareDenyWrite, &error))
         AfxThrowFileException(error.m_cause, error.m_lOsError, error.m_strFileName);
     const ULONGLONG length = file.GetLength();
-    const bool bar = barShown && (command.progress == Progress::Always || length >= LargeFile);
+    const bool report =
+        shown && (command.progress == Progress::Always || WindowRequested() || length >= LargeFile);
     command.check->Reset();
     std::optional<IStatusCallback::Session> level;
-    if (bar) {
-        // A begin formats its text and a file name may hold a %, so the level begins without
-        // one and gets the name as it is.
+    if (report) {
+        // A level's text reaches its window only while it is the thread's one level, and a
+        // begin formats its text (a file name may hold a %): the file's level begins without
+        // text, and the name goes to the one level there is, this one or the outer one.
+        if (nested)
+            IStatusCallback::STATUS_TEXT(0, path.c_str());
         level.emplace(0.0, length ? static_cast<double>(length) : 1.0, L"");
-        IStatusCallback::STATUS_TEXT(0, path.c_str());
+        if (!nested)
+            IStatusCallback::STATUS_TEXT(0, path.c_str());
     }
     for (;;) {
         const ULONGLONG before = file.GetPosition();
-        command.check->CalculateFile(&file, StepBytes, BufferBytes);
+        command.check->CalculateFile(&file, BufferBytes, BufferBytes);
         const ULONGLONG after = file.GetPosition();
-        if (bar)
+        if (report) {
             IStatusCallback::STATUS_COUNT(static_cast<double>(after));
-        if (after - before < StepBytes)
+            if (ProgressDisplay::Aborted())
+                return std::nullopt;
+        }
+        if (after - before < BufferBytes)
             break;
     }
     level.reset();
@@ -101,16 +111,24 @@ int RunFileCommand(const wchar_t* name, const Arguments& arguments, unsigned lon
                      : command.check->m_eSize == COXCheckBase::Size16Bit ? 4
                                                                          : 8;
 
-    const bool barShown = command.progress == Progress::Always ||
-                          (command.progress == Progress::Auto && ErrorIsTerminal());
-    std::optional<TerminalProgressBar> bar;
-    if (barShown)
-        bar.emplace();
+    const bool bar = command.progress == Progress::Always ||
+                     (command.progress == Progress::Auto && ErrorIsTerminal());
+    ProgressDisplay display(bar, name);
+    // Several files in the window: an outer level counts them, each file is a level inside it.
+    // (The bar on the terminal shows one level: the file being read.)
+    std::optional<IStatusCallback::Session> files;
+    if (WindowRequested() && parsed.operands.size() > 1)
+        files.emplace(0.0, static_cast<double>(parsed.operands.size()), L"");
     int status = Success;
     for (const std::wstring& path : parsed.operands) {
+        if (files)
+            IStatusCallback::STATUS_COUNT(static_cast<double>(&path - &parsed.operands[0]));
         try {
-            const DWORD value = CheckFile(command, path, barShown);
-            Print(Hex(value, command.digits) + L"  " + path + L"\n");
+            const std::optional<DWORD> value =
+                CheckFile(command, path, display.Shown(), files.has_value());
+            if (!value)
+                return Fail(L"aborted by the user while reading \"" + path + L"\"");
+            Print(Hex(*value, command.digits) + L"  " + path + L"\n");
         } catch (CFileException* e) {
             status = FailWithCode(L"cannot read \"" + path + L"\"", e->m_lOsError);
             e->Delete();

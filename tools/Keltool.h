@@ -3,6 +3,7 @@
 // progress bar. A group is one source file that defines its commands with KELTOOL_COMMAND.
 #include <windows.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -54,9 +55,8 @@ Parsed SplitOptions(const Arguments& arguments);
 // Whether the standard error is a terminal (progress bars are drawn by default there).
 bool ErrorIsTerminal();
 
-// A progress bar on the standard error for the levels reported on the status channel while
-// it exists: it installs the status adapter and is the progress manager's UI target for the
-// first level (a message-only window of this thread) and its sink.
+// A progress bar on the standard error: the progress manager's UI target for the first level
+// (a message-only window of this thread) and its sink.
 class TerminalProgressBar : public IProgressSink {
 public:
     TerminalProgressBar();
@@ -69,12 +69,38 @@ public:
 private:
     static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
-    MStatusCallbackToMProgressImpl m_adapter;
     HWND m_window = nullptr;
     std::wstring m_text;
     int m_percent = 0;
     bool m_ended = false;
     bool m_changed = false;
 };
+
+class ProgressWindow;
+
+// Where a long command shows its progress while this object lives: the progress window when
+// keltool runs with --window, else a bar on the standard error when `bar` is true, else
+// nowhere. It installs the status adapter, so the command reports through the status channel
+// as any code of the SDK does, and clears the abort flag.
+class ProgressDisplay {
+public:
+    ProgressDisplay(bool bar, const std::wstring& title);
+    ~ProgressDisplay();
+    ProgressDisplay(const ProgressDisplay&) = delete;
+    ProgressDisplay& operator=(const ProgressDisplay&) = delete;
+
+    bool Shown() const { return m_adapter != nullptr; }
+    // Whether the user asked the running command to stop (the window's abort button).
+    static bool Aborted();
+
+private:
+    std::unique_ptr<MStatusCallbackToMProgressImpl> m_adapter;
+    std::unique_ptr<TerminalProgressBar> m_bar;
+    std::unique_ptr<ProgressWindow> m_window;
+};
+
+// keltool --window: long commands show the progress window.
+void RequestWindow();
+bool WindowRequested();
 
 } // namespace Keltool

@@ -4,6 +4,7 @@
 
 #include <cstdio>
 
+#include "ProgressWindow.h"
 #include "StdBase.h"
 
 namespace Keltool {
@@ -81,6 +82,36 @@ Parsed SplitOptions(const Arguments& arguments) {
 
 bool ErrorIsTerminal() {
     return _isatty(_fileno(stderr)) != 0;
+}
+
+namespace {
+bool g_window = false;
+} // namespace
+
+void RequestWindow() {
+    g_window = true;
+}
+
+bool WindowRequested() {
+    return g_window;
+}
+
+ProgressDisplay::ProgressDisplay(bool bar, const std::wstring& title) {
+    if (!bar && !g_window)
+        return;
+    m_adapter = std::make_unique<MStatusCallbackToMProgressImpl>(true);
+    MProgressManager::ResetAbortFlag();
+    if (g_window) {
+        m_window = std::make_unique<ProgressWindow>(title);
+        MProgressManager::EnableAbortButton(true);
+    } else
+        m_bar = std::make_unique<TerminalProgressBar>();
+}
+
+ProgressDisplay::~ProgressDisplay() = default;
+
+bool ProgressDisplay::Aborted() {
+    return IStatusCallback::STATUS_GET_ABORT();
 }
 
 // The window keeps what the messages say and, when the percentage moves or the level ends,

@@ -11,6 +11,8 @@ namespace {
 const wchar_t UsageText[] =
     L"Usage: keltool [COMMAND [OPTIONS] [--] [ARGUMENTS]]\n"
     L"       keltool help [COMMAND]    or    keltool COMMAND --help\n"
+    L"       keltool --window COMMAND ...   shows the progress of a long command in a window\n"
+    L"                                      with an abort button\n"
     L"\n"
     L"Without a command, prints the library version and its families. Options come before\n"
     L"the arguments; \"--\" ends them, so that an argument may start with \"--\".\n"
@@ -52,10 +54,16 @@ int PrintVersion() {
 
 int wmain(int argc, wchar_t** argv) {
     SetConsoleOutputCP(CP_UTF8);
-    if (argc < 2)
+    int first = 1;
+    // Global options come before the command.
+    if (first < argc && std::wcscmp(argv[first], L"--window") == 0) {
+        RequestWindow();
+        ++first;
+    }
+    if (first >= argc)
         return PrintVersion();
-    const std::wstring name = argv[1];
-    const Arguments arguments(argv + 2, argv + argc);
+    const std::wstring name = argv[first];
+    const Arguments arguments(argv + first + 1, argv + argc);
     if (name == L"--help" || name == L"-h" || (name == L"help" && arguments.empty()))
         return PrintHelp();
     if (name == L"help") {

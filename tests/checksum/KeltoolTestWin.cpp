@@ -12,31 +12,15 @@
 
 #include <windows.h>
 
+#include "KeltoolProcess.h"
 #include "StdBase.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-struct Result {
-    DWORD exitCode = 0xFFFFFFFF;
-    std::string out; // UTF-8, lines ending with CRLF
-    std::string err;
-};
-
-fs::path Here() {
-    wchar_t path[MAX_PATH];
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return fs::path(path).parent_path();
-}
-
 // keltool writes its text as UTF-8.
 auto& Utf8 = StdBase::ConvertUnicodeToUtf8;
-
-std::string ReadAll(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
 
 // The output line keltool prints for a file with this value.
 std::string Line(unsigned long value, const fs::path& file) {
@@ -59,44 +43,11 @@ protected:
         return path;
     }
 
-    // Runs keltool with the arguments, its output and errors going to files.
-    Result Run(const std::vector<std::wstring>& arguments) {
-        std::wstring commandLine = L"\"" + (Here() / L"keltool.exe").wstring() + L"\"";
-        for (const std::wstring& argument : arguments)
-            commandLine += L" \"" + argument + L"\"";
-        // New files each run: once under Wine, later runs did not replace an earlier run's
-        // error file, and the test read its stale text.
-        const std::wstring run = std::to_wstring(++m_runs);
-        const fs::path outPath = m_dir / (L"out" + run), errPath = m_dir / (L"err" + run);
-        SECURITY_ATTRIBUTES inherit = {sizeof inherit, nullptr, TRUE};
-        auto create = [&inherit](const fs::path& path) {
-            return CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherit,
-                               CREATE_ALWAYS, 0, nullptr);
-        };
-        STARTUPINFOW startup = {};
-        startup.cb = sizeof startup;
-        startup.dwFlags = STARTF_USESTDHANDLES;
-        startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
-        startup.hStdOutput = create(outPath);
-        startup.hStdError = create(errPath);
-        PROCESS_INFORMATION process = {};
-        Result result;
-        if (CreateProcessW(nullptr, &commandLine[0], nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                           &startup, &process)) {
-            WaitForSingleObject(process.hProcess, 120000);
-            GetExitCodeProcess(process.hProcess, &result.exitCode);
-            CloseHandle(process.hThread);
-            CloseHandle(process.hProcess);
-        }
-        CloseHandle(startup.hStdOutput);
-        CloseHandle(startup.hStdError);
-        result.out = ReadAll(outPath);
-        result.err = ReadAll(errPath);
-        return result;
+    KeltoolResult Run(const std::vector<std::wstring>& arguments) {
+        return RunKeltool(arguments, m_dir);
     }
 
     const fs::path m_dir = fs::temp_directory_path() / L"kel_keltool_test";
-    int m_runs = 0;
 };
 
 // Real files of every size class, one named in Unicode and one large one whose name is full
@@ -106,9 +57,9 @@ TEST_F(KeltoolTest, Crc32AgreesWithZlibOnRealFiles) {
     for (std::size_t i = 0; i < big.size(); ++i)
         big[i] = static_cast<char>((i * 2654435761u) >> 13);
     const fs::path bigFile = Make(L"progress %s%s%s%s%s%s%s%s%s%s%s%s.bin", big);
-    const std::vector<fs::path> files = {Here() / L"keltool.exe", Here() / L"KelSDK.Base.dll",
-                                         Make(L"empty.bin", ""),
-                                         Make(L"digits \u00e4\u2713.txt", "123456789"), bigFile};
+    const std::vector<fs::path> files = {
+        TestBinaryFolder() / L"keltool.exe", TestBinaryFolder() / L"KelSDK.Base.dll",
+        Make(L"empty.bin", ""), Make(L"digits \u00e4\u2713.txt", "123456789"), bigFile};
     std::vector<std::wstring> standard = {L"crc32", L"--standard", L"--progress"},
                               plain = {L"crc32"};
     std::string expectedStandard, expectedPlain;
@@ -121,7 +72,7 @@ TEST_F(KeltoolTest, Crc32AgreesWithZlibOnRealFiles) {
         expectedStandard += Line(crc, file);
         expectedPlain += Line(~crc, file);
     }
-    const Result withBar = Run(standard);
+    const KeltoolResult withBar = Run(standard);
     EXPECT_EQ(0u, withBar.exitCode);
     EXPECT_EQ(expectedStandard, withBar.out);
     // 16 MiB steps of 40 MiB: 40 and 80 percent, then the end at 100.
@@ -133,7 +84,7 @@ TEST_F(KeltoolTest, Crc32AgreesWithZlibOnRealFiles) {
     // the files after it are still checked, and the exit code tells.
     const fs::path missing = m_dir / L"missing.bin";
     plain.insert(plain.begin() + 1, missing.wstring());
-    const Result plainResult = Run(plain);
+    const KeltoolResult plainResult = Run(plain);
     EXPECT_EQ(1u, plainResult.exitCode);
     EXPECT_EQ(expectedPlain, plainResult.out);
     const std::string& err = plainResult.err;
@@ -164,7 +115,7 @@ TEST_F(KeltoolTest, ChecksAndPolynomials) {
     for (const auto& [options, value] : cases) {
         std::vector<std::wstring> arguments = options;
         arguments.push_back(digits);
-        const Result result = Run(arguments);
+        const KeltoolResult result = Run(arguments);
         const std::string option = Utf8(options.back());
         EXPECT_EQ(value.empty() ? 2u : 0u, result.exitCode) << option;
         EXPECT_EQ(value.empty() ? "" : value + suffix, result.out) << option;
