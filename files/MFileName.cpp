@@ -97,12 +97,19 @@ bool SplitPath(std::wstring_view path, std::wstring& drive, std::wstring& dir, s
     // A root name without a root directory ("C:name") is dropped: such a path has no drive.
     if (!parts.rootDirectory.empty())
         drive.assign(parts.rootName).append(parts.rootDirectory);
-    // The directory keeps its trailing separator: only the last element is cut off.
-    dir.assign(parts.relativePath.substr(0, parts.relativePath.size() - parts.fileName.size()));
-    // The last element never holds a separator in this grammar, so the root never turns up as a
-    // file name; "." (the folder itself) gives none either.
-    if (parts.fileName != L".") {
-        file.assign(Grammar::Stem(parts.fileName));
+    if (!parts.relativePath.empty() && parts.relativePath != parts.fileName) {
+        dir.assign(parts.relativePath);
+        // The name is cut off at the last character of the directory that occurs in it, which
+        // for the "." of a trailing slash is the directory's last dot (none: nothing is cut).
+        if (dir.back() != L'\\')
+            dir.resize(
+                std::min(dir.size(), dir.find_last_of(parts.fileName) + 1 - parts.fileName.size()));
+    }
+    // Neither the root directory, whichever separator it is written with, nor the "." of a
+    // trailing separator is a file name; a lone root name ("C:", "\\server") is one.
+    const std::wstring_view stem = Grammar::Stem(parts.fileName);
+    if (!(stem.size() == 1 && Grammar::IsSeparator(stem[0])) && parts.fileName != L".") {
+        file.assign(stem);
         ext.assign(Grammar::Extension(parts.fileName));
     }
     return true;
@@ -328,7 +335,7 @@ std::wstring ABREVIATE_PATH(const wchar_t* path, unsigned long maxLength, bool a
     const std::wstring_view text = View(path);
     if (text.size() <= maxLength)
         return std::wstring(text);
-    const std::wstring_view rel = Grammar::Decompose(text).relativePath;
+    const std::wstring_view rel = Grammar::RelativePath(text);
     const std::wstring_view root = text.substr(0, text.size() - rel.size());
     // The relative path never starts with a separator; the last element keeps the separator
     // that may follow it.

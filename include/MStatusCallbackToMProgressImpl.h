@@ -61,12 +61,15 @@ protected:
     unsigned int GetThreadId() const;
 
 private:
-    // The calling thread's levels, outermost first; created empty on the thread's first call.
-    std::vector<MProgress*>& _CurrentLevels();
+    // The calling thread's levels, outermost first; null before the thread's first begin.
+    std::vector<MProgress*>* _CurrentLevels();
+    // The same, created empty on the thread's first begin.
+    std::vector<MProgress*>& _CurrentLevelsForBegin();
 
     // Levels by thread id, owned: created by StatusBegin, deleted by StatusEnd. Entries are
     // never removed. No lock guards the map (a lock made per call would guard nothing, so none
-    // is made): each thread touches only its own stack, but a thread's first call inserts its
-    // entry, which must not run while another thread reports (the caller's duty).
+    // is made): each thread only looks up and changes its own stack, and only a thread's first
+    // begin inserts its entry, which must not run while another thread reports (the caller's
+    // duty).
     std::map<unsigned int, std::vector<MProgress*>> m_levelsByThread;
 };

@@ -28,13 +28,20 @@ unsigned int MStatusCallbackToMProgressImpl::GetThreadId() const {
     return KelBase::CurrentThreadId();
 }
 
-std::vector<MProgress*>& MStatusCallbackToMProgressImpl::_CurrentLevels() {
+std::vector<MProgress*>* MStatusCallbackToMProgressImpl::_CurrentLevels() {
+    const auto found = m_levelsByThread.find(GetThreadId());
+    return found == m_levelsByThread.end() ? nullptr : &found->second;
+}
+
+std::vector<MProgress*>& MStatusCallbackToMProgressImpl::_CurrentLevelsForBegin() {
+    if (std::vector<MProgress*>* levels = _CurrentLevels())
+        return *levels;
     return m_levelsByThread[GetThreadId()];
 }
 
 void MStatusCallbackToMProgressImpl::StatusBegin(double low, double high, const wchar_t* format,
                                                  va_list args) {
-    std::vector<MProgress*>& levels = _CurrentLevels();
+    std::vector<MProgress*>& levels = _CurrentLevelsForBegin();
     MProgress* level = new MProgress(low, high, false);
     levels.push_back(level);
     if (format) {
@@ -56,35 +63,35 @@ void MStatusCallbackToMProgressImpl::StatusBegin(double low, double high, unsign
 }
 
 void MStatusCallbackToMProgressImpl::StatusEnd() {
-    std::vector<MProgress*>& levels = _CurrentLevels();
-    if (levels.empty())
+    std::vector<MProgress*>* levels = _CurrentLevels();
+    if (!levels || levels->empty())
         return;
-    delete levels.back();
-    levels.pop_back();
+    delete levels->back();
+    levels->pop_back();
 }
 
 bool MStatusCallbackToMProgressImpl::StatusCount(double position) {
-    std::vector<MProgress*>& levels = _CurrentLevels();
-    if (levels.empty())
+    std::vector<MProgress*>* levels = _CurrentLevels();
+    if (!levels || levels->empty())
         return false;
-    levels.back()->SetCurrentPosition(position);
+    levels->back()->SetCurrentPosition(position);
     return true;
 }
 
 bool MStatusCallbackToMProgressImpl::StatusInc(double delta) {
-    std::vector<MProgress*>& levels = _CurrentLevels();
-    if (levels.empty())
+    std::vector<MProgress*>* levels = _CurrentLevels();
+    if (!levels || levels->empty())
         return false;
-    levels.back()->Increment(delta);
+    levels->back()->Increment(delta);
     return true;
 }
 
 bool MStatusCallbackToMProgressImpl::StatusText(short, const wchar_t* format, va_list) {
-    std::vector<MProgress*>& levels = _CurrentLevels();
-    if (levels.size() != 1)
+    std::vector<MProgress*>* levels = _CurrentLevels();
+    if (!levels || levels->size() != 1)
         return false;
     // Shown as given, not formatted.
-    return levels.back()->SetText(format);
+    return levels->back()->SetText(format);
 }
 
 bool MStatusCallbackToMProgressImpl::StatusGetAbort() {

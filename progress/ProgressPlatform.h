@@ -1,6 +1,6 @@
 #pragma once
 // What the progress family needs from the operating system. ProgressPlatformWin.cpp gives the
-// Windows functions; ProgressPlatformNative.cpp stands in on systems without window messages.
+// Windows functions; ProgressPlatformPosix.cpp stands in on systems without window messages.
 #include <cstdint>
 #include <string>
 
@@ -16,7 +16,9 @@ void DeliverProgressMessage(HWND window, unsigned int message, std::uintptr_t wP
 // The calling thread's id.
 unsigned int CurrentThreadId();
 
-// String `id` of the resource module, of any length; empty for id 0.
+// String `id` of the resource module, of any length, as the platform loads it: empty for id 0
+// and for an id the module does not hold (never a diagnostic text, which could carry a '%' of
+// the module's path into a formatter).
 std::wstring LoadModuleString(unsigned int id);
 
 } // namespace KelBase

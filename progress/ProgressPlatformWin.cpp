@@ -19,9 +19,12 @@ unsigned int CurrentThreadId() {
 }
 
 std::wstring LoadModuleString(unsigned int id) {
-    CString text;
-    MLoadString(text, id);
-    return std::wstring(text, text.GetLength());
+    // With no buffer size the platform hands out the string in place, of any length.
+    const wchar_t* text = nullptr;
+    const int length = id == 0 ? 0
+                               : LoadStringW(CKelResource::GetResInstance(), id,
+                                             reinterpret_cast<wchar_t*>(&text), 0);
+    return length > 0 ? std::wstring(text, static_cast<std::size_t>(length)) : std::wstring();
 }
 
 } // namespace KelBase

@@ -39,15 +39,20 @@ using MFileNameFiles = TempFolderTest;
 
 } // namespace
 
-// The runtime's path type knows no network or device roots (a leading pair of separators is a
-// root directory to it); the portable split tests show those.
-TEST(MFileNameGrammar, AgreesWithTheRuntimePathType) {
+// The library splits paths by the classic decomposition; the runtime's path type follows the
+// later standard. Where both know the root (the runtime knows no network or device roots: a
+// leading pair of separators is a root directory to it), they differ by these rules only:
+// 1. a path that ends with a separator has the file name "." (the runtime's is empty);
+// 2. a lone root directory is its own file name, as written, and so is a lone root name;
+// 3. a name that starts with its only dot is all extension (the runtime's is all stem).
+TEST(MFileNameGrammar, AgreesWithTheRuntimePathTypeButForTheClassicRules) {
     using namespace KelBase::PathGrammar;
-    std::size_t compared = 0;
+    std::size_t compared = 0, byRule[4] = {};
     for (const std::wstring& path : GeneratedPaths()) {
-        // Skipped: network and device roots (\\x, \\?, \\. and \??).
-        if (path.size() > 2 && IsSeparator(path[0]) &&
-            (path[1] == L'?' || (IsSeparator(path[1]) && !IsSeparator(path[2]))))
+        // Skipped: network and device roots (\\x, \\ alone, \\?, \\. and \??).
+        if (path.size() >= 2 && IsSeparator(path[0]) &&
+            (path[1] == L'?' ||
+             (IsSeparator(path[1]) && (path.size() == 2 || !IsSeparator(path[2])))))
             continue;
         ++compared;
         const fs::path runtime(path);
@@ -56,11 +61,29 @@ TEST(MFileNameGrammar, AgreesWithTheRuntimePathType) {
         // The runtime gives a root directory in its preferred form, the grammar as written.
         EXPECT_EQ(parts.rootDirectory.size(), runtime.root_directory().native().size()) << path;
         EXPECT_EQ(parts.relativePath, runtime.relative_path().native()) << path;
-        EXPECT_EQ(parts.fileName, runtime.filename().native()) << path;
-        EXPECT_EQ(Stem(parts.fileName), runtime.stem().native()) << path;
-        EXPECT_EQ(Extension(parts.fileName), runtime.extension().native()) << path;
+
+        std::wstring name = runtime.filename().native();
+        std::wstring stem = runtime.stem().native(), extension = runtime.extension().native();
+        int rule = 0;
+        if (name.empty() && !path.empty()) {
+            rule = runtime.has_relative_path() ? 1 : 2;
+            name = rule == 1                      ? L"."
+                   : runtime.has_root_directory() ? path.substr(path.size() - 1)
+                                                  : runtime.root_name().native();
+            stem = name;
+        } else if (name.size() > 1 && name[0] == L'.' && name.find(L'.', 1) == name.npos) {
+            rule = 3;
+            extension = name;
+            stem.clear();
+        }
+        ++byRule[rule];
+        EXPECT_EQ(parts.fileName, name) << path << " rule " << rule;
+        EXPECT_EQ(Stem(parts.fileName), stem) << path << " rule " << rule;
+        EXPECT_EQ(Extension(parts.fileName), extension) << path << " rule " << rule;
     }
     EXPECT_GT(compared, 25000u);
+    for (int rule = 0; rule < 4; ++rule)
+        EXPECT_GT(byRule[rule], 0u) << "no path met rule " << rule;
 }
 
 TEST_F(MFileNameFiles, QueriesAndChangesFiles) {

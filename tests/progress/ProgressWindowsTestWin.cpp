@@ -3,10 +3,12 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <future>
 #include <thread>
 
 #include "IStatusCallback.h"
+#include "KelResource.h"
 #include "MStatusCallbackToMProgressImpl.h"
 #include "ProgressTestSupport.h"
 
@@ -188,6 +190,40 @@ TEST_F(WindowTest, AdapterKeepsOneStackPerThread) {
     std::stable_partition(g_recorded.begin(), g_recorded.end(),
                           [](const Delivered& d) { return std::get<0>(d) == a; });
     EXPECT_EQ(g_recorded, expected);
+}
+
+// Strings by id come from the resource module as the platform loads them: an unknown id gives
+// the empty text, so nothing of the module's path (here full of conversions) reaches the
+// formatter. String 10 of the test module is "%d items in %s".
+TEST_F(ProgressTest, AdapterLoadsStringsByIdAsPlatformStrings) {
+    namespace fs = std::filesystem;
+    wchar_t original[MAX_PATH];
+    ASSERT_NE(GetModuleFileNameW(GetModuleHandleW(nullptr), original, MAX_PATH), 0u);
+    const fs::path folder = fs::temp_directory_path() / L"kel 100%s%n%d%ls";
+    fs::create_directories(folder);
+    const fs::path copy = folder / L"res%s%n.dll";
+    fs::copy_file(fs::path(original).parent_path() / L"kelbase_test_resources.dll", copy,
+                  fs::copy_options::overwrite_existing);
+    const HMODULE module = LoadLibraryW(copy.c_str());
+    ASSERT_NE(module, nullptr);
+    CKelResource::SetResInstance(module);
+
+    MStatusCallbackToMProgressImpl adapter;
+    Listener::STATUS_BEGIN(0, 10, 10u, 3, L"the box");
+    EXPECT_EQ(MProgress::GetProgressPointers().back()->GetText(), L"3 items in the box");
+    Listener::STATUS_BEGIN(0, 10, 4242u, 1, 2);
+    EXPECT_EQ(MProgress::GetProgressPointers().back()->GetText(), L"");
+    EXPECT_EQ(MProgress::GetProgressPointers().size(), 2u);
+    // Loaded and discarded: these must merely survive the unknown id.
+    Listener::STATUS(4242u, 1, 2);
+    Listener::STATUS_INIT(4242u, 1, 2);
+    Listener::STATUS_END();
+    Listener::STATUS_END();
+    EXPECT_EQ(MProgress::GetProgressPointers().size(), 0u);
+
+    CKelResource::SetResInstance(nullptr);
+    FreeLibrary(module);
+    fs::remove_all(folder);
 }
 
 } // namespace
