@@ -5,6 +5,9 @@
 #include "KelBaseExport.h"
 #include "KelHandles.h"
 
+// The help control exists only on Windows.
+#ifdef _WIN32
+
 class KELBASE_API CHtmlHelpWrapper {
 public:
     // With `loadNow` the control is loaded at once, otherwise on the first request.
@@ -27,3 +30,4 @@ private:
     HtmlHelpEntry m_entry = nullptr;
     bool m_loadTried = false;
 };
+#endif

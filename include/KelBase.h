@@ -1,5 +1,6 @@
 #pragma once
-// Umbrella header: every exported family of KelSDK.Base.
+// Umbrella header: every exported family of KelSDK.Base. Headers of families that exist only on
+// Windows declare nothing elsewhere.
 #include "KelBaseExport.h"
 #include "KelBaseVersion.h"
 #include "MFileName.h"
@@ -15,7 +16,5 @@
 #include "CharacterSetConversions.h"
 #include "MBlobBuffer.h"
 #include "CMapStringI.h"
-#ifdef _WIN32
 #include "CHtmlHelpWrapper.h"
-#endif
 #include "Clipboard.h"
