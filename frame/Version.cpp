@@ -15,7 +15,9 @@ const wchar_t* const* KelBaseGetFamilies() {
         L"checksums: COXCheckSum8/16/32 additive checksums; COXCRC16 and COXCRC32 CRCs for any "
         L"polynomial over blocks and files, tables shared per polynomial",
         L"progress: MProgress levels, MProgressManager window messages 2024-2028 and sink, "
-        L"IStatusCallback status channel, MStatusCallbackToMProgressImpl per-thread adapter",
+        L"IStatusCallback status channel, MStatusCallbackToMProgressImpl per-thread adapter, "
+        L"ProgressToStatusCallback delegate bridge, ProgressLocalizer step messages, CTimeCount "
+        L"and CTimeCountOutput stopwatches, MTimeout, MProgressTimer",
         L"units: MUserUnit millimetres and inches for display, IUserUnitDependent; "
         L"MInternalUnitsValue lengths, areas and volumes that follow the internal resolution",
         L"clipboard: CopyStringToClipboard (narrow and wide) and GetTextFromClipboard",

@@ -27,4 +27,32 @@ std::wstring LoadModuleString(unsigned int id) {
     return length > 0 ? std::wstring(text, static_cast<std::size_t>(length)) : std::wstring();
 }
 
+int64_t PerformanceCounter() {
+    LARGE_INTEGER counter;
+    QueryPerformanceCounter(&counter);
+    return counter.QuadPart;
+}
+
+int64_t PerformanceFrequency() {
+    LARGE_INTEGER frequency;
+    QueryPerformanceFrequency(&frequency);
+    return frequency.QuadPart;
+}
+
+uint32_t TickCount() {
+    return GetTickCount();
+}
+
+bool IsDebuggerAttached() {
+    return IsDebuggerPresent() != FALSE;
+}
+
+void OutputToDebugger(const std::wstring& text) {
+    OutputDebugStringW(text.c_str());
+}
+
+std::FILE* OpenForAppending(const std::wstring& path) {
+    return _wfopen(path.c_str(), L"a+");
+}
+
 } // namespace KelBase
