@@ -125,4 +125,30 @@ TEST_F(KeltoolTest, ChecksAndPolynomials) {
     }
 }
 
+// Lengths between units through the library's user units, and progress messages of step keys;
+// input that is not a length in a known unit is a usage error.
+TEST_F(KeltoolTest, UnitsAndLocalize) {
+    const std::pair<std::vector<std::wstring>, std::string> cases[] = {
+        {{L"units", L"1", L"in", L"mm"}, "25.4 mm\r\n"},
+        {{L"units", L"--display", L"3.175", L"mm", L"in"}, "0.125 in\r\n"},
+        {{L"units", L"-2", L"in", L"stl"}, "-508000 stl\r\n"},
+        {{L"units", L"--resolution=1000", L"2540", L"stl", L"in"}, "0.1 in\r\n"},
+        {{L"units", L"1.5", L"stl", L"mm"}, ""},
+        {{L"units", L"1", L"ft", L"mm"}, ""},
+        {{L"units", L"--resolution=0", L"1", L"mm", L"stl"}, ""},
+        {{L"localize", L"KelSDK.Triangles.Data.MStlBase.LoadCompressed.1",
+          L"KelSDK.Triangles.Data.MStlBase.LoadCompressed", L"KelStlCutting.MCutter.DIVIDE_DATA"},
+         "Reading\r\n\r\nDividing data\r\n"},
+        {{L"localize"}, ""},
+    };
+    for (const auto& [arguments, out] : cases) {
+        const KeltoolResult result = Run(arguments);
+        std::string command;
+        for (const std::wstring& argument : arguments)
+            command += Utf8(argument) + " ";
+        EXPECT_EQ(out.empty() ? 2u : 0u, result.exitCode) << command;
+        EXPECT_EQ(out, result.out) << command;
+    }
+}
+
 } // namespace
