@@ -172,6 +172,7 @@ TEST_F(UserUnitTest, PrintingIsCutToTheBuffer) {
         {inch, true, 254000, true, L"    1 in"}, {mm, false, 1.24, true, L"  1.2 mm"},
         {mm, true, 12345, false, L"  1.2"},
     };
+    inch.PrintMmInUI(nullptr, 8, 25.4, true); // no buffer: nothing written, no crash
     for (const Case& c : cases) {
         for (size_t size = 0; size <= c.text.size() + 2; ++size) {
             SCOPED_TRACE(c.text + L" in " + std::to_wstring(size) + L" characters");
