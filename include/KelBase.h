@@ -4,6 +4,7 @@
 #include "KelBaseExport.h"
 #include "KelBaseVersion.h"
 #include "MFileName.h"
+#include "MDirectory.h"
 #include "MFileUtility.h"
 #include "COXCheckBase.h"
 #include "MProgress.h"
