@@ -3,7 +3,7 @@
 set -euo pipefail
 # Xvfb, xclip and ImageMagick: keltool's window and clipboard tests under a real X display.
 packages=(cmake make g++ mingw-w64 g++-mingw-w64-x86-64-posix wine wine64 googletest
-          libz-mingw-w64-dev zlib1g-dev xvfb xclip imagemagick)
+          libz-mingw-w64-dev zlib1g-dev xvfb xclip imagemagick clang libclang-rt-14-dev)
 missing=()
 for p in "${packages[@]}"; do
     dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds everything and runs every test: the Windows build under
-# Wine, then the native build of the OS-independent code under the sanitizers.
+# Wine, then the native build of the OS-independent code under the sanitizers, then briefly
+# every fuzz target.
 set -euo pipefail
 source "$(dirname "$0")/build.sh"
 status=0
@@ -16,4 +17,9 @@ kel_wine_stop
 echo "== Native build, sanitizers"
 kel_build "$native" all
 (cd "$native" && ctest --output-on-failure) || status=1
+
+if command -v clang++ >/dev/null; then
+    echo "== Fuzz targets, a few seconds each"
+    kel_fuzz_run 3 || status=1
+fi
 exit $status

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "MFile.h"
+#include "SettingsText.h"
 #include "StdBase.h"
 
 MString::MString(const wchar_t* text) : m_text(text ? text : L"") {}
@@ -40,25 +41,6 @@ MString& MString::operator+=(wchar_t c) {
 
 namespace {
 
-// The whole settings file as wide text, decoded by its byte-order mark.
-bool ReadSettingsText(const wchar_t* file, std::wstring& text) {
-    MFile in;
-    if (!in.OPEN_READ(file) || !in.SEEK_FROM_END())
-        return false;
-    std::vector<unsigned char> bytes(static_cast<size_t>(in.TELL()));
-    if (!in.REWIND() || in.READ(bytes.data(), bytes.size()) != bytes.size())
-        return false;
-    const unsigned char* data = bytes.data();
-    const size_t size = bytes.size();
-    if (size >= 2 && data[0] == 0xFF && data[1] == 0xFE)
-        text = StdBase::ConvertUtf16LeToUnicode(data + 2, size - 2);
-    else if (size >= 3 && data[0] == 0xEF && data[1] == 0xBB && data[2] == 0xBF)
-        text = StdBase::ConvertUtf8ToUnicode(reinterpret_cast<const char*>(data) + 3, size - 3);
-    else
-        text = StdBase::ConvertAnsiToUnicode(std::string(bytes.begin(), bytes.end()));
-    return true;
-}
-
 std::wstring Trim(const std::wstring& s, size_t begin, size_t end) {
     while (begin < end && std::iswspace(s[begin]))
         ++begin;
@@ -78,14 +60,21 @@ bool EqualNoCase(const std::wstring& a, const wchar_t* b) {
 
 } // namespace
 
+namespace KelSDK::FileIO {
+
+std::wstring DecodeSettingsText(const unsigned char* data, size_t size) {
+    if (size >= 2 && data[0] == 0xFF && data[1] == 0xFE)
+        return StdBase::ConvertUtf16LeToUnicode(data + 2, size - 2);
+    if (size >= 3 && data[0] == 0xEF && data[1] == 0xBB && data[2] == 0xBF)
+        return StdBase::ConvertUtf8ToUnicode(reinterpret_cast<const char*>(data) + 3, size - 3);
+    return StdBase::ConvertAnsiToUnicode(std::string(reinterpret_cast<const char*>(data), size));
+}
+
 // Only whole-line comments are recognised: a ';' after a value belongs to the value, as
 // settings files written by the system's own profile functions expect. The first occurrence
 // of a key in the first matching section wins.
-bool MString::LOAD_INI_STRING(const wchar_t* file, const wchar_t* section, const wchar_t* key) {
-    m_text.clear();
-    std::wstring text;
-    if (!file || !section || !key || !ReadSettingsText(file, text))
-        return false;
+bool FindSettingsValue(const std::wstring& text, const wchar_t* section, const wchar_t* key,
+                       std::wstring& value) {
     bool inSection = false;
     size_t lineStart = 0;
     while (lineStart < text.size()) {
@@ -105,8 +94,24 @@ bool MString::LOAD_INI_STRING(const wchar_t* file, const wchar_t* section, const
         size_t equals = line.find(L'=');
         if (!inSection || equals == std::wstring::npos || !EqualNoCase(Trim(line, 0, equals), key))
             continue;
-        m_text = Trim(line, equals + 1, line.size());
+        value = Trim(line, equals + 1, line.size());
         return true;
     }
     return false;
+}
+
+} // namespace KelSDK::FileIO
+
+bool MString::LOAD_INI_STRING(const wchar_t* file, const wchar_t* section, const wchar_t* key) {
+    m_text.clear();
+    if (!file || !section || !key)
+        return false;
+    MFile in;
+    if (!in.OPEN_READ(file) || !in.SEEK_FROM_END())
+        return false;
+    std::vector<unsigned char> bytes(static_cast<size_t>(in.TELL()));
+    if (!in.REWIND() || in.READ(bytes.data(), bytes.size()) != bytes.size())
+        return false;
+    return KelSDK::FileIO::FindSettingsValue(
+        KelSDK::FileIO::DecodeSettingsText(bytes.data(), bytes.size()), section, key, m_text);
 }

@@ -1,4 +1,5 @@
 #include "StdBase.h"
+#include "FormatTranslation.h"
 
 #include <cerrno>
 #include <climits>
@@ -22,18 +23,26 @@ struct LengthModifier {
     const wchar_t* platform;
     const wchar_t* c99;
     TextWidth text;
+    // The numeric conversions it applies to; with any other, vswprintf's behaviour would be
+    // undefined (%Ld, %hf), so such a conversion counts as not known.
+    const wchar_t* numbers;
 };
+
+constexpr const wchar_t* kIntegers = L"diouxX";
+constexpr const wchar_t* kFloatingPoint = L"eEfFgGaA";
+constexpr const wchar_t* kNumbers = L"diouxXeEfFgGaA";
 
 // Longer spellings first, so that "I64" is not taken for "I" and "ll" not for "l".
 const LengthModifier lengthModifiers[] = {
-    {L"I64", L"ll", TextWidth::Invalid}, {L"I32", L"", TextWidth::Invalid},
-    {L"I", L"z", TextWidth::Invalid}, // pointer-sized
-    {L"hh", L"hh", TextWidth::Invalid},  {L"h", L"h", TextWidth::Narrow},
-    {L"ll", L"ll", TextWidth::Invalid},  {L"l", L"l", TextWidth::Wide},
-    {L"w", L"l", TextWidth::Wide},       {L"z", L"z", TextWidth::Invalid},
-    {L"j", L"j", TextWidth::Invalid},    {L"t", L"t", TextWidth::Invalid},
-    {L"L", L"L", TextWidth::Invalid},
+    {L"I64", L"ll", TextWidth::Invalid, kIntegers},   {L"I32", L"", TextWidth::Invalid, kIntegers},
+    {L"I", L"z", TextWidth::Invalid, kIntegers}, // pointer-sized
+    {L"hh", L"hh", TextWidth::Invalid, kIntegers},    {L"h", L"h", TextWidth::Narrow, kIntegers},
+    {L"ll", L"ll", TextWidth::Invalid, kIntegers},    {L"l", L"l", TextWidth::Wide, kNumbers},
+    {L"w", L"l", TextWidth::Wide, kNumbers},          {L"z", L"z", TextWidth::Invalid, kIntegers},
+    {L"j", L"j", TextWidth::Invalid, kIntegers},      {L"t", L"t", TextWidth::Invalid, kIntegers},
+    {L"L", L"L", TextWidth::Invalid, kFloatingPoint},
 };
+const LengthModifier noModifier = {L"", L"", TextWidth::Default, kNumbers};
 
 bool IsOneOf(wchar_t c, const wchar_t* set) {
     return c != L'\0' && std::wcschr(set, c) != nullptr;
@@ -41,17 +50,26 @@ bool IsOneOf(wchar_t c, const wchar_t* set) {
 
 // One conversion (its flags, width and precision already collected) in C99 spelling, or an empty
 // string for a conversion that is not known.
-std::wstring TranslateConversion(const std::wstring& flags, const wchar_t* length, TextWidth text,
+std::wstring TranslateConversion(const std::wstring& flags, const LengthModifier& modifier,
                                  wchar_t conversion) {
-    if (IsOneOf(conversion, L"diouxXeEfFgGaA"))
-        return flags + length + conversion;
+    if (IsOneOf(conversion, modifier.numbers))
+        return flags + modifier.c99 + conversion;
+    if (IsOneOf(conversion, kNumbers))
+        return std::wstring();
     if (conversion == L'p')
         return flags + L'p';
     if (conversion == L'n') {
         // Writing through an argument is refused, as the platform does by default; the
-        // pointer is still consumed so that the later arguments stay in place.
-        return L"%.0s";
+        // pointer is still consumed, and so is each '*' width or precision, so that the later
+        // arguments stay in place.
+        std::wstring skipped;
+        for (const wchar_t c : flags) {
+            if (c == L'*')
+                skipped += L"%.0s";
+        }
+        return skipped + L"%.0s";
     }
+    const TextWidth text = modifier.text;
     if (IsOneOf(conversion, L"sScC") && text != TextWidth::Invalid) {
         const bool upper = conversion == L'S' || conversion == L'C';
         const bool wide = text == TextWidth::Wide || (text == TextWidth::Default && !upper);
@@ -61,9 +79,10 @@ std::wstring TranslateConversion(const std::wstring& flags, const wchar_t* lengt
     return std::wstring();
 }
 
-// Rewrites a format in the platform's conventions (%s wide, %S narrow, I64, ...) into the C99
-// conventions of vswprintf (%ls wide, %s narrow, ll, ...). A conversion it does not know is
-// escaped so that it reaches the output literally instead of reading an argument.
+} // namespace
+
+// A conversion it does not know is escaped so that it reaches the output literally instead of
+// reading an argument.
 std::wstring TranslateFormat(const wchar_t* format) {
     std::wstring out;
     const wchar_t* p = format;
@@ -81,46 +100,47 @@ std::wstring TranslateFormat(const wchar_t* format) {
         std::wstring flags = L"%";
         while (IsOneOf(*p, L"-+ #0"))
             flags += *p++;
-        if (*p == L'*')
-            flags += *p++;
-        while (IsDigit(*p))
-            flags += *p++;
-        if (*p == L'.') {
-            flags += *p++;
+        // A width or precision is a '*' or digits, never both ("%*5d" is not known).
+        const auto number = [&] {
             if (*p == L'*')
                 flags += *p++;
-            while (IsDigit(*p))
-                flags += *p++;
+            else
+                while (IsDigit(*p))
+                    flags += *p++;
+        };
+        number();
+        if (*p == L'.') {
+            flags += *p++;
+            number();
         }
 
-        const wchar_t* length = L"";
-        TextWidth text = TextWidth::Default;
-        for (const LengthModifier& modifier : lengthModifiers) {
-            const size_t size = std::wcslen(modifier.platform);
-            if (std::wcsncmp(p, modifier.platform, size) == 0) {
-                length = modifier.c99;
-                text = modifier.text;
+        const LengthModifier* modifier = &noModifier;
+        for (const LengthModifier& candidate : lengthModifiers) {
+            const size_t size = std::wcslen(candidate.platform);
+            if (std::wcsncmp(p, candidate.platform, size) == 0) {
+                modifier = &candidate;
                 p += size;
                 break;
             }
         }
 
-        const std::wstring translated = TranslateConversion(flags, length, text, *p);
+        const std::wstring translated = TranslateConversion(flags, *modifier, *p);
         if (!translated.empty()) {
             out += translated;
             ++p;
             continue;
         }
-        // Unknown conversion: everything from the '%' up to here appears as written.
+        // Unknown conversion: everything from the '%' up to here appears as written, the
+        // character that ended it too ("%-%" included: its second '%' is escaped as well).
         out += L'%';
         out.append(start, p);
+        if (*p == L'%')
+            out += L'%';
         if (*p != L'\0')
             out += *p++;
     }
     return out;
 }
-
-} // namespace
 
 std::wstring VFormatString(const wchar_t* format, va_list args) {
     if (format == nullptr)

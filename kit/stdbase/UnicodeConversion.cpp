@@ -62,35 +62,46 @@ std::string ConvertUnicodeToUtf8(const std::wstring& text) {
     return out;
 }
 
+// A malformed sequence is replaced one maximal subpart at a time (the Unicode recommended
+// practice, which the system's own conversion follows): the bytes that can still start a
+// well-formed sequence become one U+FFFD, and the first byte that cannot continue it starts
+// anew, so a broken character never swallows the one after it.
 std::wstring ConvertUtf8ToUnicode(const char* data, size_t size) {
     const auto* s = reinterpret_cast<const unsigned char*>(data);
     std::wstring out;
     out.reserve(size);
     size_t i = 0;
     while (i < size) {
-        unsigned char lead = s[i++];
+        const unsigned char lead = s[i++];
         if (lead < 0x80) {
             out += static_cast<wchar_t>(lead);
             continue;
         }
-        // Leads C0, C1 and above F4 can only start overlong or out-of-range sequences.
-        size_t extra = lead >= 0xF5   ? 0
-                       : lead >= 0xF0 ? 3
-                       : lead >= 0xE0 ? 2
-                       : lead >= 0xC2 ? 1
-                                      : 0;
-        if (extra == 0) {
-            AppendCodePoint(out, REPLACEMENT);
-            continue;
+        // The lead gives the length and the range of the second byte, which keeps out overlong
+        // forms (E0, F0), surrogates (ED) and values above U+10FFFF (F4). C0, C1 and leads
+        // above F4 start nothing.
+        size_t extra = 0;
+        unsigned char low = 0x80, high = 0xBF;
+        if (lead >= 0xC2 && lead <= 0xDF) {
+            extra = 1;
+        } else if (lead >= 0xE0 && lead <= 0xEF) {
+            extra = 2;
+            low = lead == 0xE0 ? 0xA0 : low;
+            high = lead == 0xED ? 0x9F : high;
+        } else if (lead >= 0xF0 && lead <= 0xF4) {
+            extra = 3;
+            low = lead == 0xF0 ? 0x90 : low;
+            high = lead == 0xF4 ? 0x8F : high;
         }
         char32_t c = lead & (0x3F >> extra);
         size_t taken = 0;
-        while (taken < extra && i < size && (s[i] & 0xC0) == 0x80) {
+        while (taken < extra && i < size && s[i] >= low && s[i] <= high) {
             c = (c << 6) | (s[i++] & 0x3F);
             ++taken;
+            low = 0x80;
+            high = 0xBF;
         }
-        static const char32_t minimum[] = {0, 0x80, 0x800, 0x10000};
-        AppendCodePoint(out, taken == extra && c >= minimum[extra] ? c : REPLACEMENT);
+        AppendCodePoint(out, extra != 0 && taken == extra ? c : REPLACEMENT);
     }
     return out;
 }
@@ -108,6 +119,8 @@ std::wstring ConvertUtf16LeToUnicode(const unsigned char* data, size_t size) {
             c = CombineSurrogates(c, unitAt(i++));
         AppendCodePoint(out, c); // a lone surrogate becomes U+FFFD there
     }
+    if (size % 2 != 0)
+        AppendCodePoint(out, REPLACEMENT); // a unit cut short
     return out;
 }
 

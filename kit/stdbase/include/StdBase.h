@@ -29,7 +29,9 @@ KELSTD_API std::string ConvertUnicodeToAnsi(const std::wstring& text);
 KELSTD_API std::string ConvertUnicodeToUtf8(const std::wstring& text);
 
 // UTF-8 and UTF-16LE bytes (as met in text files, without their byte-order mark) to wide text.
-// Malformed input becomes U+FFFD.
+// Malformed input becomes U+FFFD: in UTF-8 one per maximal subpart (the longest start of a
+// well-formed sequence, or else one byte), in UTF-16LE one per lone surrogate and one for an
+// odd last byte.
 KELSTD_API std::wstring ConvertUtf8ToUnicode(const char* data, size_t size);
 KELSTD_API std::wstring ConvertUtf16LeToUnicode(const unsigned char* data, size_t size);
 

@@ -50,3 +50,19 @@ TEST(Utf8Conversion, EncodesEveryLengthAndReplacesLoneSurrogates) {
     const std::wstring lone = {static_cast<wchar_t>(0xDE00), L'x', static_cast<wchar_t>(0xD83D)};
     EXPECT_EQ("\xEF\xBF\xBDx\xEF\xBF\xBD", ConvertUnicodeToUtf8(lone));
 }
+
+// Malformed UTF-8 costs one U+FFFD per maximal subpart, so a broken sequence never swallows
+// the character after it; a UTF-16LE text cut inside a unit ends in one U+FFFD.
+TEST(Utf8Conversion, DecodingReplacesEachMaximalSubpart) {
+    const auto utf8 = [](const std::string& bytes) {
+        return StdBase::ConvertUtf8ToUnicode(bytes.data(), bytes.size());
+    };
+    const std::wstring three(3, L'\xFFFD');
+    EXPECT_EQ(three + L"x", utf8("\xED\xA0\x80x"));         // a surrogate
+    EXPECT_EQ(three + L"x", utf8("\xE0\x80\x80x"));         // overlong
+    EXPECT_EQ(three + L"\xFFFD", utf8("\xF4\x90\x80\x80")); // above U+10FFFF
+    EXPECT_EQ(L"\xFFFD\x00E9", utf8("\xE2\x82\xC3\xA9"));   // cut short, then a whole one
+    EXPECT_EQ(L"\xFFFD\xFFFD", utf8("\xC0\xAF"));
+    const unsigned char odd[] = {'A', 0, 'B'};
+    EXPECT_EQ(L"A\xFFFD", StdBase::ConvertUtf16LeToUnicode(odd, sizeof odd));
+}

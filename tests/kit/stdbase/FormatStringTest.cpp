@@ -43,9 +43,15 @@ TEST(FormatString, BadFormatsNeverReadStrayArguments) {
     EXPECT_EQ(L"%y 5 %5k", FormatString(L"%y %d %5k", 5));
     EXPECT_EQ(L"%I64s 3", FormatString(L"%I64s %d", 3));
     EXPECT_EQ(L"end %", FormatString(L"end %"));
-    // %n writes nothing but still consumes its pointer.
+    // So are a '%' ending an unknown one, both a '*' and digits as its width, and a length
+    // that does not suit its conversion.
+    EXPECT_EQ(L"%-%3 4", FormatString(L"%-%3 %d", 4));
+    EXPECT_EQ(L"%*5d 4", FormatString(L"%*5d %d", 4));
+    EXPECT_EQ(L"%Li %hf 4", FormatString(L"%Li %hf %d", 4));
+    // %n writes nothing but still consumes its pointer, and the width a '*' asks for.
     int count = 42;
     EXPECT_EQ(L"ab7", FormatString(L"a%nb%d", &count, 7));
+    EXPECT_EQ(L"ab7", FormatString(L"a%*nb%d", 3, &count, 7));
     EXPECT_EQ(42, count);
     EXPECT_EQ(L"", FormatString(nullptr));
 }
