@@ -43,44 +43,43 @@ void* PointerOf(int value) {
     return value == kNone ? nullptr : reinterpret_cast<void*>(static_cast<uintptr_t>(value) + 1);
 }
 
+using Model = std::map<std::wstring, Entry>;
+
+// The map holds exactly the model's entries, spelled as first inserted, with the values that
+// `valueOf` reads from its own.
+template <class Value, class Map, class ValueOf>
+void CheckEntries(const Map& map, const Model& model, ValueOf valueOf) {
+    FUZZ_CHECK(map.GetCount() == static_cast<INT_PTR>(model.size()));
+    CString key;
+    Value value{};
+    for (POSITION at = map.GetStartPosition(); at != nullptr;) {
+        map.GetNextAssoc(at, key, value);
+        const auto it = model.find(Lowered(key.GetString()));
+        FUZZ_CHECK(it != model.end());
+        FUZZ_CHECK(it->second.spelling == key.GetString());
+        FUZZ_CHECK(valueOf(value) == it->second.value);
+    }
+}
+
 struct Maps {
     CMapStringIToString strings;
     CMapStringIToPtr pointers;
     CMapStringIToObject objects;
-    std::map<std::wstring, Entry> model;
+    Model model;
 
     void Check() const {
-        FUZZ_CHECK(strings.GetCount() == static_cast<INT_PTR>(model.size()));
-        FUZZ_CHECK(pointers.GetCount() == static_cast<INT_PTR>(model.size()));
-        FUZZ_CHECK(objects.GetCount() == static_cast<INT_PTR>(model.size()));
+        CheckEntries<CString>(strings, model, [](const CString& text) {
+            return text.IsEmpty() ? kNone : std::stoi(text.GetString());
+        });
+        CheckEntries<void*>(pointers, model, [](void* pointer) {
+            return pointer ? static_cast<int>(reinterpret_cast<uintptr_t>(pointer) - 1) : kNone;
+        });
+        CheckEntries<CObject*>(objects, model, [](CObject* object) {
+            return object ? static_cast<Counted*>(object)->value : kNone;
+        });
         int held = 0;
-        CString key;
-        CString text;
-        for (POSITION at = strings.GetStartPosition(); at != nullptr;) {
-            strings.GetNextAssoc(at, key, text);
-            const auto it = model.find(Lowered(key.GetString()));
-            FUZZ_CHECK(it != model.end());
-            FUZZ_CHECK(it->second.spelling == key.GetString());
-            FUZZ_CHECK(text == TextOf(it->second.value));
-        }
-        void* pointer = nullptr;
-        for (POSITION at = pointers.GetStartPosition(); at != nullptr;) {
-            pointers.GetNextAssoc(at, key, pointer);
-            const auto it = model.find(Lowered(key.GetString()));
-            FUZZ_CHECK(it != model.end());
-            FUZZ_CHECK(it->second.spelling == key.GetString());
-            FUZZ_CHECK(pointer == PointerOf(it->second.value));
-        }
-        CObject* object = nullptr;
-        for (POSITION at = objects.GetStartPosition(); at != nullptr;) {
-            objects.GetNextAssoc(at, key, object);
-            const auto it = model.find(Lowered(key.GetString()));
-            FUZZ_CHECK(it != model.end());
-            FUZZ_CHECK(it->second.spelling == key.GetString());
-            const int value = object ? static_cast<Counted*>(object)->value : kNone;
-            FUZZ_CHECK(value == it->second.value);
-            held += object != nullptr;
-        }
+        for (const auto& entry : model)
+            held += entry.second.value != kNone;
         FUZZ_CHECK(Counted::alive == held);
     }
 
