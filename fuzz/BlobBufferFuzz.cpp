@@ -101,7 +101,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
             break;
         }
         case 2: { // the threshold sizing of callers with signed 32-bit sizes
-            const int count = input.ConsumeIntegralInRange(-3000, 9000);
+            const int count = input.ConsumeIntegralInRange(-2000, 5000);
             const bool keep = input.ConsumeBool();
             const bool append = input.ConsumeBool();
             const long long wanted = append ? static_cast<long long>(model.size) + count : count;
@@ -115,7 +115,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
             break;
         }
         case 3: { // plain sizing
-            const auto wanted = input.ConsumeIntegralInRange<unsigned long long>(0, 20000);
+            const auto wanted = input.ConsumeIntegralInRange<unsigned long long>(0, 5000);
             const bool keep = input.ConsumeBool();
             blob._Resize(wanted, keep);
             Resize(model, wanted, keep);
