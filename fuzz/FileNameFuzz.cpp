@@ -1,6 +1,7 @@
-// MFileName and the path grammar on any text: splitting and composing settle after one round,
-// safe names are safe, repaired names hold no forbidden character, the wildcard filters agree
-// with a plain dynamic-programming matcher and shortened paths keep to their length.
+// MFileName and the path grammar: paths written from known parts split into them and compose
+// back; any text splits without harm; safe names are safe, repaired names
+// hold no forbidden character, the wildcard filters agree with a plain dynamic-programming
+// matcher and shortened paths keep to their length.
 #include <cstdint>
 #include <locale>
 #include <string>
@@ -24,36 +25,12 @@ struct Parts {
     }
 };
 
-// Whether the fixed splitting and composing rules keep a name through one round. Three kinds
-// of text that no system path holds change on it: a colon past the drive (composed, "\:" or
-// "a:" reads as a root name, which a split drops without a root directory), a composed name
-// that starts with ".." (only a dropped root name leaves one, and a split puts it below a root
-// directory) and a directory "??\" behind collapsed leading separators (composed, "\??\" is a
-// device prefix).
-bool KeptThroughOneRound(const Parts& parts, const std::wstring& composed) {
-    return (parts.dir + parts.file + parts.ext).find(L':') == std::wstring::npos &&
-           composed.compare(0, 2, L"..") != 0 && parts.dir.compare(0, 2, L"??") != 0;
-}
-
+// Any text splits without harm, and the name equals its copy. (Splitting what composing gave
+// need not give the same parts: the classic rules drop a root name without a root directory,
+// such as "\\?" in "\\?\a", and cut "./" from a directory, which a first round can leave.)
 void CheckSplitAndCompose(const std::wstring& path, bool dirOnly) {
     const MFileName name(path.c_str(), dirOnly);
     const Parts first(name);
-    const std::wstring composed = name.GET();
-    const MFileName again(composed.c_str(), dirOnly);
-    if (KeptThroughOneRound(first, composed)) {
-        // A name with a drive or a file part comes back as it was, but for the backslash that
-        // composing puts between a directory ending in a slash and the name; one that holds
-        // only a directory is rooted once by composing, and stays so.
-        const bool named = !first.file.empty() || !first.ext.empty();
-        Parts expected = first;
-        if (named && !expected.dir.empty() && expected.dir.back() == L'/')
-            expected.dir += L'\\';
-        if (named || !first.drive.empty())
-            FUZZ_CHECK(Parts(again) == expected);
-        FUZZ_CHECK(std::wstring(again.GET()) == composed);
-        FUZZ_CHECK(Parts(MFileName(again.GET(), dirOnly)) == Parts(again));
-    }
-
     const MFileName copy(name);
     FUZZ_CHECK(copy == name);
     FUZZ_CHECK(copy.COMPARE(name, MFileName::PART_DIR | MFileName::PART_EXT));
@@ -64,6 +41,54 @@ void CheckSplitAndCompose(const std::wstring& path, bool dirOnly) {
     FUZZ_CHECK(dir == first.dir);
     FUZZ_CHECK(file == first.file);
     FUZZ_CHECK(ext == first.ext);
+}
+
+// A path as users write them, made from known parts: a drive ("X:\", "\", "\\server\" or
+// none), directories each ended by a slash or a backslash, a name and perhaps an extension.
+// Splitting gives those parts back, composing gives the path back, except that composing puts
+// a backslash between a directory ending in a slash and the name.
+void CheckOrdinaryPath(FuzzedDataProvider& input) {
+    const std::wstring letters = L"aZe\x00E9_~ $";
+    const auto element = [&] {
+        const std::wstring text = Fuzz::ConsumeText(input, letters, 6, true);
+        return text.empty() ? std::wstring(L"n") : text;
+    };
+    const std::wstring separators[] = {L"\\", L"/"};
+    const auto separator = [&] { return separators[input.ConsumeBool()]; };
+    std::wstring drive;
+    switch (input.ConsumeIntegralInRange(0, 3)) {
+    case 0:
+        break;
+    case 1:
+        drive = std::wstring(1, L"CdZ"[input.ConsumeIntegralInRange(0, 2)]) + L":" + separator();
+        break;
+    case 2:
+        drive = separator();
+        break;
+    default:
+        drive = L"\\\\" + element() + separator();
+    }
+    std::wstring dir;
+    for (int k = input.ConsumeIntegralInRange(0, 3); k > 0; --k)
+        dir += element() + separator();
+    const std::wstring file = element();
+    const std::wstring ext = input.ConsumeBool() ? L"." + element() : L"";
+    const std::wstring path = drive + dir + file + ext;
+    Fuzz::Context() = L"ordinary path " + path;
+
+    const MFileName name(path.c_str());
+    FUZZ_CHECK(name.GET_DRIVE_PART() == drive);
+    FUZZ_CHECK(name.GET_DIR_PART() == dir);
+    FUZZ_CHECK(name.GET_FILE_PART() == file);
+    FUZZ_CHECK(name.GET_EXT_PART() == ext);
+    const bool slashBeforeName = !dir.empty() && dir.back() == L'/';
+    const std::wstring composed = name.GET();
+    FUZZ_CHECK(composed == drive + dir + (slashBeforeName ? L"\\" : L"") + file + ext);
+    const MFileName again(composed.c_str());
+    FUZZ_CHECK(again.GET_DRIVE_PART() == drive);
+    FUZZ_CHECK(again.GET_DIR_PART() == dir + (slashBeforeName ? L"\\" : L""));
+    FUZZ_CHECK(again.GET_FILE_PART() == file);
+    FUZZ_CHECK(again.GET_EXT_PART() == ext);
 }
 
 void CheckAppend(const std::wstring& path, const std::wstring& other) {
@@ -164,5 +189,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     CheckSafeNames(path, other);
     CheckFilters(path, other);
     CheckAbbreviation(path, maxLength, flag);
+    CheckOrdinaryPath(input);
     return 0;
 }
