@@ -14,6 +14,8 @@ const wchar_t* const* KelBaseGetFamilies() {
         L"names; MFileUtility file-name repair",
         L"directories: MDirectory executable, working, project, temporary and shell folders, "
         L"access and emptiness checks, folder copies; AssurePath, IsAbsolutePath, mkdirchain",
+        L"folder locks and temporary folders: MFolderLocker lock files, MTempCleaner per-process "
+        L"temporary folders and the removal of dead processes' leftovers",
         L"checksums: COXCheckSum8/16/32 additive checksums; COXCRC16 and COXCRC32 CRCs for any "
         L"polynomial over blocks and files, tables shared per polynomial",
         L"progress: MProgress levels, MProgressManager window messages 2024-2028 and sink, "

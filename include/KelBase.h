@@ -5,6 +5,8 @@
 #include "KelBaseVersion.h"
 #include "MFileName.h"
 #include "MDirectory.h"
+#include "MFolderLocker.h"
+#include "MTempCleaner.h"
 #include "MFileUtility.h"
 #include "COXCheckBase.h"
 #include "MProgress.h"

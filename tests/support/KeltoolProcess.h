@@ -15,9 +15,10 @@ struct KeltoolResult {
 
 class KeltoolProcess {
 public:
-    // Starts keltool.exe (beside the test executable) with the arguments, each quoted.
-    KeltoolProcess(const std::vector<std::wstring>& arguments,
-                   const std::filesystem::path& scratch);
+    // Starts keltool.exe, or another program beside the test executable, with the arguments,
+    // each quoted.
+    KeltoolProcess(const std::vector<std::wstring>& arguments, const std::filesystem::path& scratch,
+                   const wchar_t* program = L"keltool.exe");
     ~KeltoolProcess(); // kills the process if it still runs
     KeltoolProcess(const KeltoolProcess&) = delete;
     KeltoolProcess& operator=(const KeltoolProcess&) = delete;

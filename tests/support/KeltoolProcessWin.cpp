@@ -16,9 +16,9 @@ fs::path TestBinaryFolder() {
     return fs::path(path).parent_path();
 }
 
-KeltoolProcess::KeltoolProcess(const std::vector<std::wstring>& arguments,
-                               const fs::path& scratch) {
-    std::wstring commandLine = L"\"" + (TestBinaryFolder() / L"keltool.exe").wstring() + L"\"";
+KeltoolProcess::KeltoolProcess(const std::vector<std::wstring>& arguments, const fs::path& scratch,
+                               const wchar_t* program) {
+    std::wstring commandLine = L"\"" + (TestBinaryFolder() / program).wstring() + L"\"";
     for (const std::wstring& argument : arguments)
         commandLine += L" \"" + argument + L"\"";
     // New files each run: under Wine, a later run did not always replace an earlier run's
