@@ -9,9 +9,12 @@ Logger& LibLogger() {
     return logger;
 }
 
+void Log(LogSeverity severity, const wchar_t* cls, const wchar_t* op, const std::wstring& text) {
+    LogMessage(LibLogger(), severity, std::wstring(L"In ") + cls + L"::" + op + L"() : " + text);
+}
+
 void LogError(const wchar_t* cls, const wchar_t* op, const std::wstring& text) {
-    LogMessage(LibLogger(), LogSeverity::Error,
-               std::wstring(L"In ") + cls + L"::" + op + L"() : " + text);
+    Log(LogSeverity::Error, cls, op, text);
 }
 
 } // namespace KelBase

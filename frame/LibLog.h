@@ -10,7 +10,10 @@ namespace KelBase {
 // The logger "lib.kelbase", looked up once and kept for the life of the process.
 KelSDK::Common::Logging::Logger& LibLogger();
 
-// Logs "In cls::op() : text" at error severity.
+// Logs "In cls::op() : text" at the given severity.
+void Log(KelSDK::Common::Logging::LogSeverity severity, const wchar_t* cls, const wchar_t* op,
+         const std::wstring& text);
+// The same at error severity.
 void LogError(const wchar_t* cls, const wchar_t* op, const std::wstring& text);
 
 } // namespace KelBase

@@ -16,6 +16,8 @@ const wchar_t* const* KelBaseGetFamilies() {
         L"access and emptiness checks, folder copies; AssurePath, IsAbsolutePath, mkdirchain",
         L"folder locks and temporary folders: MFolderLocker lock files, MTempCleaner per-process "
         L"temporary folders and the removal of dead processes' leftovers",
+        L"tagged files: MTag headers, MTagList lists and trees of tags, writing with back-patched "
+        L"lengths, version conversion",
         L"checksums: COXCheckSum8/16/32 additive checksums; COXCRC16 and COXCRC32 CRCs for any "
         L"polynomial over blocks and files, tables shared per polynomial",
         L"progress: MProgress levels, MProgressManager window messages 2024-2028 and sink, "

@@ -8,6 +8,8 @@
 #include "MFolderLocker.h"
 #include "MTempCleaner.h"
 #include "MFileUtility.h"
+#include "MTag.h"
+#include "MTagList.h"
 #include "COXCheckBase.h"
 #include "MProgress.h"
 #include "MProgressManager.h"

@@ -12,9 +12,19 @@ HANDLE ToWin(Handle handle) {
 
 // ReadFile and WriteFile take 32-bit counts.
 constexpr size_t MAX_CHUNK = 0x40000000;
+
+// A call the probe fails reports a device error, as a failing disk would.
+bool Refused(Call call, size_t bytes = 0) {
+    if (Allowed(call, bytes))
+        return false;
+    SetLastError(ERROR_WRITE_FAULT);
+    return true;
+}
 } // namespace
 
 Handle Open(const wchar_t* name, Mode mode) {
+    if (Refused(Call::Open))
+        return INVALID;
     DWORD access = GENERIC_READ | GENERIC_WRITE;
     DWORD disposition = OPEN_EXISTING;
     switch (mode) {
@@ -43,6 +53,8 @@ void Close(Handle handle) {
 }
 
 long long Read(Handle handle, void* data, size_t count) {
+    if (Refused(Call::Read, count))
+        return -1;
     size_t done = 0;
     while (done < count) {
         DWORD chunk = static_cast<DWORD>(count - done < MAX_CHUNK ? count - done : MAX_CHUNK);
@@ -57,6 +69,8 @@ long long Read(Handle handle, void* data, size_t count) {
 }
 
 long long Write(Handle handle, const void* data, size_t count) {
+    if (Refused(Call::Write, count))
+        return -1;
     size_t done = 0;
     while (done < count) {
         DWORD chunk = static_cast<DWORD>(count - done < MAX_CHUNK ? count - done : MAX_CHUNK);
@@ -71,6 +85,8 @@ long long Write(Handle handle, const void* data, size_t count) {
 }
 
 long long Seek(Handle handle, long long offset, Origin origin) {
+    if (Refused(Call::Seek))
+        return -1;
     DWORD method = origin == Origin::Begin     ? FILE_BEGIN
                    : origin == Origin::Current ? FILE_CURRENT
                                                : FILE_END;
@@ -82,7 +98,8 @@ long long Seek(Handle handle, long long offset, Origin origin) {
 }
 
 bool Truncate(Handle handle) {
-    return Seek(handle, 0, Origin::Begin) == 0 && SetEndOfFile(ToWin(handle));
+    return !Refused(Call::Truncate) && Seek(handle, 0, Origin::Begin) == 0 &&
+           SetEndOfFile(ToWin(handle));
 }
 
 bool SameFile(Handle a, Handle b) {
@@ -91,6 +108,19 @@ bool SameFile(Handle a, Handle b) {
         return false;
     return ia.dwVolumeSerialNumber == ib.dwVolumeSerialNumber &&
            ia.nFileIndexHigh == ib.nFileIndexHigh && ia.nFileIndexLow == ib.nFileIndexLow;
+}
+
+bool Rename(const wchar_t* from, const wchar_t* to, bool replace) {
+    return !Refused(Call::Rename) &&
+           MoveFileExW(from, to, MOVEFILE_COPY_ALLOWED | (replace ? MOVEFILE_REPLACE_EXISTING : 0));
+}
+
+bool Remove(const wchar_t* name) {
+    return !Refused(Call::Remove) && DeleteFileW(name);
+}
+
+bool Sync(Handle handle) {
+    return !Refused(Call::Sync) && FlushFileBuffers(ToWin(handle));
 }
 
 } // namespace FileOs

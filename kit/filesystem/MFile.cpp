@@ -28,7 +28,8 @@ template <class Transfer> size_t TransferInts(size_t count, Transfer transfer) {
 
 } // namespace
 
-MFile::MFile(size_t bufferSize) : m_bufferSize(std::max<size_t>(bufferSize, 1)) {}
+MFile::MFile(size_t bufferSize)
+    : m_bufferSize(std::max<size_t>(bufferSize, 1)), m_readWindow(m_bufferSize) {}
 
 MFile::~MFile() {
     CLOSE();
@@ -42,6 +43,7 @@ void MFile::SET_BUFFER_SIZE(size_t bufferSize) {
         StartBufferAt(TELL());
     }
     m_bufferSize = std::max<size_t>(bufferSize, 1);
+    m_readWindow = m_bufferSize;
     m_buffer.clear();
     m_buffer.shrink_to_fit();
 }
@@ -67,6 +69,7 @@ bool MFile::OpenAs(const wchar_t* name, Mode mode) {
         return false;
     m_writable = mode != Mode::Read;
     m_osPos = 0;
+    m_readWindow = m_bufferSize;
     StartBufferAt(0);
     return true;
 }
@@ -75,10 +78,10 @@ bool MFile::IS_OPEN() const {
     return m_handle != FileOs::INVALID;
 }
 
-void MFile::CLOSE() {
+bool MFile::CLOSE() {
     if (!IS_OPEN())
-        return;
-    Flush();
+        return true;
+    const bool flushed = Flush();
     FileOs::Close(m_handle);
     m_handle = FileOs::INVALID;
     m_writable = false;
@@ -87,6 +90,11 @@ void MFile::CLOSE() {
     m_osPos = -1;
     m_buffer.clear();
     m_buffer.shrink_to_fit();
+    return flushed;
+}
+
+bool MFile::COMMIT() {
+    return IS_OPEN() && Flush() && FileOs::Sync(m_handle);
 }
 
 long long MFile::TELL() const {
@@ -102,6 +110,11 @@ bool MFile::SEEK(long long position) {
     }
     if (!Flush())
         return false;
+    // A jump back or far ahead starts over with a small window; a short skip forward reads on
+    // as if sequentially.
+    const long long end = m_bufferPos + static_cast<long long>(m_bufferLen);
+    if (position < end || position - end >= static_cast<long long>(m_readWindow))
+        m_readWindow = std::min(MIN_READ_WINDOW, m_bufferSize);
     StartBufferAt(position);
     return true;
 }
@@ -175,8 +188,10 @@ size_t MFile::WRITE(const int32_t* data, size_t count) {
 unsigned long long MFile::COPY_FROM(MFile& source, unsigned long long count) {
     if (&source == this || !IS_OPEN() || !source.IS_OPEN())
         return 0;
+    // Chunks as large as the larger buffer pass both buffers by (see ReadBytes, WriteBytes).
+    const size_t largest = std::max({DEFAULT_BUFFER_SIZE, m_bufferSize, source.m_bufferSize});
     std::vector<unsigned char> chunk(
-        static_cast<size_t>(std::min<unsigned long long>(count, DEFAULT_BUFFER_SIZE)));
+        static_cast<size_t>(std::min<unsigned long long>(count, largest)));
     unsigned long long done = 0;
     while (done < count) {
         size_t want = static_cast<size_t>(std::min<unsigned long long>(count - done, chunk.size()));
@@ -204,6 +219,14 @@ bool MFile::COPY(const wchar_t* from, const wchar_t* to, bool overwrite) {
            target.Flush();
 }
 
+bool MFile::RENAME(const wchar_t* from, const wchar_t* to, bool overwrite) {
+    return from && to && FileOs::Rename(from, to, overwrite);
+}
+
+bool MFile::REMOVE(const wchar_t* name) {
+    return name && FileOs::Remove(name);
+}
+
 size_t MFile::ReadBytes(unsigned char* data, size_t count) {
     if (!IS_OPEN() || !data)
         return 0;
@@ -218,7 +241,7 @@ size_t MFile::ReadBytes(unsigned char* data, size_t count) {
         }
         size_t rest = count - done;
         if (rest < m_bufferSize) {
-            if (!Refill())
+            if (!Refill(rest))
                 break;
             continue;
         }
@@ -312,7 +335,7 @@ bool MFile::MoveOsTo(long long position) {
     return m_osPos == position;
 }
 
-bool MFile::Refill() {
+bool MFile::Refill(size_t wanted) {
     if (!Flush())
         return false;
     StartBufferAt(m_bufferPos + static_cast<long long>(m_current));
@@ -320,7 +343,9 @@ bool MFile::Refill() {
         m_buffer.resize(m_bufferSize);
     if (!MoveOsTo(m_bufferPos))
         return false;
-    long long got = FileOs::Read(m_handle, m_buffer.data(), m_bufferSize);
+    const size_t size = std::min(m_bufferSize, std::max(m_readWindow, wanted));
+    m_readWindow = std::min(m_bufferSize, 2 * size);
+    long long got = FileOs::Read(m_handle, m_buffer.data(), size);
     if (got < 0) {
         m_osPos = -1;
         return false;

@@ -1,6 +1,9 @@
 #pragma once
 // Buffered binary file. Reads, writes and seeks may be mixed freely: they all go through one
-// buffer that is written back before the file position leaves it.
+// buffer that is written back before the file position leaves it. Reading adapts to the way
+// the file is walked: after a jump the buffer is filled with a small window only, which
+// doubles while reading goes on where it stopped, so skipping through a large file reads
+// little more than what is asked for, and reading it through still reads whole buffers.
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -29,7 +32,10 @@ public:
     bool CREATE(const wchar_t* name);      // create or truncate; read and write
     bool OPEN_UPDATE(const wchar_t* name); // existing file, read and write, content kept
     bool IS_OPEN() const;
-    void CLOSE();
+    // False when buffered data could not be written; the file is closed either way.
+    bool CLOSE();
+    // Writes buffered data and asks the system to put the file's data on the disk.
+    bool COMMIT();
 
     // Positions are byte offsets from the start; -1 from TELL when the file is not open.
     long long TELL() const;
@@ -55,6 +61,9 @@ public:
 
     // Copies a file. With overwrite false an existing target is left alone and the copy fails.
     static bool COPY(const wchar_t* from, const wchar_t* to, bool overwrite = true);
+    // Renames (moves) a file. With overwrite false an existing target makes it fail.
+    static bool RENAME(const wchar_t* from, const wchar_t* to, bool overwrite = false);
+    static bool REMOVE(const wchar_t* name);
 
 private:
     bool OpenAs(const wchar_t* name, FileOs::Mode mode);
@@ -65,7 +74,9 @@ private:
     template <class Transfer> size_t Unbuffered(Transfer transfer);
     bool Flush();
     bool MoveOsTo(long long position);
-    bool Refill();
+    // Fills the buffer from the current position with at least `wanted` bytes when the
+    // buffer holds that many, otherwise with the read window.
+    bool Refill(size_t wanted);
     void StartBufferAt(long long position);
 
     intptr_t m_handle = -1; // the system's handle or descriptor, -1 when closed
@@ -78,4 +89,6 @@ private:
     size_t m_dirtyBegin = 0; // [m_dirtyBegin, m_dirtyEnd) is not written to the file yet
     size_t m_dirtyEnd = 0;
     long long m_osPos = -1; // position of the system's file pointer, -1 when unknown
+    size_t m_readWindow;    // bytes the next refill reads, between MIN_READ_WINDOW and the size
+    static constexpr size_t MIN_READ_WINDOW = 512;
 };

@@ -1,0 +1,436 @@
+// Tagged files written byte by byte, read back through MTag and MTagList; conversion checked
+// on disk, with failures injected through the kit's file layer.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "FileOs.h"
+#include "Logging.h"
+#include "MFile.h"
+#include "MFileName.h"
+#include "MTagList.h"
+#include "TempFolder.h"
+
+namespace {
+
+using KelSDK::Common::Logging::GetLogger;
+using KelSDK::Common::Logging::MemorySink;
+
+// A 12-byte header as it lies on disk.
+std::string Header(const std::string& name, unsigned char major, unsigned char minor, long length) {
+    std::string bytes = name.substr(0, 6);
+    bytes.resize(6, '\0');
+    bytes += static_cast<char>(major);
+    bytes += static_cast<char>(minor);
+    const unsigned long value = static_cast<unsigned long>(length);
+    for (int shift = 0; shift < 32; shift += 8)
+        bytes += static_cast<char>((value >> shift) & 0xFF);
+    return bytes;
+}
+
+// A tag with its data.
+std::string Tag(const std::string& name, unsigned char major, const std::string& data) {
+    return Header(name, major, 0, static_cast<long>(data.size())) + data;
+}
+
+std::string Head(unsigned char major, unsigned char minor) {
+    return Header("KELCOM", major, minor, 0);
+}
+
+// The elements as "NAME@header+length" for one readable comparison.
+std::vector<std::string> Layout(const MTagList& list) {
+    std::vector<std::string> out;
+    for (const MTag& tag : list.GetTags())
+        out.push_back(std::string(tag.m_name) + "@" + std::to_string(tag.m_header_pos) + "+" +
+                      std::to_string(tag.m_length));
+    return out;
+}
+
+class TagFileTest : public TempFolderTest {
+protected:
+    // Writes the bytes (after closing the file, which Windows would not let them replace) and
+    // opens them for reading and writing.
+    MFile& Open(const std::string& bytes, const std::wstring& name = L"tags.kel") {
+        m_file.CLOSE();
+        WriteRaw(name, bytes);
+        EXPECT_TRUE(m_file.OPEN_UPDATE(Path(name).c_str()));
+        return m_file;
+    }
+
+    MFile m_file;
+};
+
+// Conversions name their files relative to the test's folder, the current one while it runs:
+// MFileName takes a path in Windows form, which a native absolute path is not.
+class ConvertTest : public TempFolderTest {
+protected:
+    void SetUp() override {
+        TempFolderTest::SetUp();
+        m_previous = std::filesystem::current_path();
+        std::filesystem::current_path(m_folder);
+    }
+    void TearDown() override {
+        std::filesystem::current_path(m_previous);
+        TempFolderTest::TearDown();
+    }
+
+    std::filesystem::path m_previous;
+};
+
+// Captures what the library logs while it lives.
+struct LogCapture {
+    LogCapture() { GetLogger("lib.kelbase").AddSink(sink); }
+    ~LogCapture() { GetLogger("lib.kelbase").RemoveSink(sink); }
+    std::shared_ptr<MemorySink> sink = std::make_shared<MemorySink>();
+};
+
+} // namespace
+
+TEST(MTagTest, NamesVersionsAndComparison) {
+    const MTag empty;
+    EXPECT_STREQ("", empty.m_name);
+    EXPECT_EQ(1, empty.m_vmajor);
+    EXPECT_EQ(0, empty.m_vminor);
+    EXPECT_EQ(-1, empty.m_header_pos);
+    EXPECT_EQ(-1, empty.m_data_pos);
+    EXPECT_EQ(0, empty.m_length);
+
+    MTag six("ABCDEF"), longer("ABCDEFGH", 3, 4), null(nullptr);
+    EXPECT_STREQ("ABCDEF", six.m_name);
+    EXPECT_STREQ("ABCDEF", longer.m_name);
+    EXPECT_STREQ("", null.m_name);
+    EXPECT_EQ(MTag::m_file_vmajor, six.m_vmajor);
+    EXPECT_EQ(2, MTag::m_file_vmajor);
+    EXPECT_EQ(1, MTag::m_file_vminor);
+    EXPECT_EQ(3, longer.VERSION()[0]);
+    EXPECT_EQ(4, longer.VERSION()[1]);
+    longer.INIT("XY");
+    EXPECT_STREQ("XY", longer.m_name);
+    EXPECT_EQ(2, longer.m_vmajor);
+
+    // The minor version never counts; COMPARE's modes grade the majors.
+    const MTag v20("PART", 2, 0), v21("PART", 2, 1), v3("PART", 3, 0), other("MESH", 2, 0);
+    EXPECT_TRUE(v20 == v21);
+    EXPECT_FALSE(v20 == v3);
+    EXPECT_FALSE(v20 == other);
+    const struct {
+        const MTag& self;
+        const MTag& against;
+        int mode;
+        bool expected;
+    } cases[] = {{v20, v3, 0, true},    {v20, v3, 1, false}, {v3, v20, 1, true},
+                 {v3, v20, 2, false},   {v21, v20, 2, true}, {v21, v20, 7, true},
+                 {v20, other, 0, false}};
+    for (const auto& c : cases)
+        EXPECT_EQ(c.expected, c.self.COMPARE(c.against, c.mode))
+            << c.self.m_name << " " << int(c.self.m_vmajor) << " against " << c.against.m_name
+            << " " << int(c.against.m_vmajor) << " mode " << c.mode;
+}
+
+TEST_F(TagFileTest, HeaderWriteReadAndPatch) {
+    MFile& file = Open("prefix");
+    ASSERT_TRUE(file.SEEK_FROM_END());
+    MTag tag("SIXSIX", 2, 7);
+    ASSERT_TRUE(tag.WRITE(file));
+    EXPECT_TRUE(tag.m_written);
+    EXPECT_EQ(6, tag.m_header_pos);
+    EXPECT_EQ(18, tag.m_data_pos);
+    ASSERT_EQ(5u, file.WRITE("hello", 5));
+    ASSERT_TRUE(tag.UPDATE_SKIP(file));
+    EXPECT_EQ(23, file.TELL());
+    EXPECT_EQ(5, tag.m_length);
+
+    // Patched once: more data changes nothing until UNDO_UPDATE.
+    ASSERT_EQ(3u, file.WRITE("!!!", 3));
+    EXPECT_TRUE(tag.UPDATE_SKIP(file));
+    file.CLOSE();
+    EXPECT_EQ("prefix" + Header("SIXSIX", 2, 7, 5) + "hello!!!", ReadRaw(L"tags.kel"));
+    ASSERT_TRUE(file.OPEN_UPDATE(Path(L"tags.kel").c_str()));
+    ASSERT_TRUE(file.SEEK_FROM_END());
+    tag.UNDO_UPDATE();
+    ASSERT_TRUE(tag.UPDATE_SKIP(file));
+    file.CLOSE();
+    EXPECT_EQ("prefix" + Header("SIXSIX", 2, 7, 8) + "hello!!!", ReadRaw(L"tags.kel"));
+
+    // A negative length is widened with its sign; a short header is not read.
+    Open(Header("NEG", 1, 2, -2) + "short");
+    MTag read;
+    ASSERT_TRUE(read.READ(m_file));
+    EXPECT_STREQ("NEG", read.m_name);
+    EXPECT_EQ(1, read.m_vmajor);
+    EXPECT_EQ(2, read.m_vminor);
+    EXPECT_EQ(-2, read.m_length);
+    EXPECT_FALSE(read.m_written);
+    EXPECT_FALSE(read.READ(m_file));
+}
+
+TEST_F(TagFileTest, BuildTagListChecksTheHeadAndRestoresThePosition) {
+    MTagList list;
+    MFile& file = Open(Header("KELCOX", 2, 1, 0) + Tag("PART", 2, "abc"));
+    ASSERT_TRUE(file.SEEK(5));
+    EXPECT_FALSE(list.BUILD_TAG_LIST(file));
+    EXPECT_EQ(5, file.TELL());
+    file.CLOSE();
+    EXPECT_FALSE(list.BUILD_TAG_LIST(file));
+
+    // A second head tag replaces the first; a zero-length tag is followed by its siblings.
+    Open(Head(1, 5) + Tag("PART", 2, "abc") + Tag("EMPTY", 2, "") + Head(1, 6) +
+         Tag("MESH", 2, "0123456789"));
+    ASSERT_TRUE(m_file.SEEK(7));
+    ASSERT_TRUE(list.BUILD_TAG_LIST(m_file));
+    EXPECT_EQ(7, m_file.TELL());
+    EXPECT_EQ((std::vector<std::string>{"PART@12+3", "EMPTY@27+0", "MESH@51+10"}), Layout(list));
+    EXPECT_EQ(3u, list.SIZE());
+    EXPECT_EQ(39, list.GET_HEAD_TAG().m_header_pos);
+    EXPECT_EQ(6, list.GET_HEAD_TAG().m_vminor);
+
+    // The overlong last tag is listed (the flat list reads no further); a negative length ends
+    // the list instead of leading back.
+    Open(Head(2, 1) + Tag("A", 2, "x") + Header("LONG", 2, 0, 1000) + "xy");
+    ASSERT_TRUE(list.BUILD_TAG_LIST(m_file));
+    EXPECT_EQ((std::vector<std::string>{"A@12+1", "LONG@25+1000"}), Layout(list));
+    Open(Head(2, 1) + Tag("A", 2, "x") + Header("BACK", 2, 0, -25) + Tag("B", 2, ""));
+    ASSERT_TRUE(list.BUILD_TAG_LIST(m_file));
+    EXPECT_EQ((std::vector<std::string>{"A@12+1"}), Layout(list));
+
+    // From the current position, until the limit is reached, position not restored.
+    Open(Head(2, 1) + Tag("A", 2, "12345") + Tag("B", 2, "") + Tag("C", 2, "1"));
+    ASSERT_TRUE(m_file.SEEK(12));
+    ASSERT_TRUE(list.BUILD_TAG_LIST(m_file, 20));
+    EXPECT_EQ((std::vector<std::string>{"A@12+5", "B@29+0"}), Layout(list));
+    EXPECT_EQ(41, m_file.TELL());
+}
+
+TEST_F(TagFileTest, BuildTagTreeListsNestedTagsInPreOrder) {
+    const std::string leaf = Tag("LEAF", 2, "");
+    const std::string mesh = Tag("MESH", 2, Tag("DATA", 2, Tag("NOT", 2, "child")) + leaf);
+    MFile& file = Open(Head(2, 1) + Tag("PART", 2, mesh + Tag("MUID", 2, leaf)) + leaf);
+    MTagList list;
+    list.BUILD_TAG_TREE(file, 0, -1);
+    EXPECT_EQ((std::vector<std::string>{"PART@12+77", "MESH@24+41", "DATA@36+17", "LEAF@65+0",
+                                        "MUID@77+12", "LEAF@101+0"}),
+              Layout(list));
+    EXPECT_EQ(0, list.GET_HEAD_TAG().m_header_pos);
+
+    // A range inside the file, and one ending in the middle of a tag.
+    list.BUILD_TAG_TREE(file, 24, 77);
+    EXPECT_EQ((std::vector<std::string>{"MESH@24+41", "DATA@36+17", "LEAF@65+0"}), Layout(list));
+    list.BUILD_TAG_TREE(file, 12, 50);
+    EXPECT_TRUE(Layout(list).empty());
+
+    // The data of one tag, one level deep or nested; raw and first-format tags hold none.
+    list.BUILD_TAG_TREE(file, 0, -1);
+    MTag part = list.GetTags()[0];
+    ASSERT_TRUE(file.SEEK(3));
+    ASSERT_TRUE(list.BUILD_TAG_LIST(file, part, false));
+    EXPECT_EQ((std::vector<std::string>{"MESH@24+41", "MUID@77+12"}), Layout(list));
+    ASSERT_TRUE(list.BUILD_TAG_LIST(file, part, true));
+    EXPECT_EQ((std::vector<std::string>{"MESH@24+41", "DATA@36+17", "LEAF@65+0", "MUID@77+12"}),
+              Layout(list));
+    EXPECT_EQ(3, file.TELL());
+    for (MTag raw : {MTag("DATA", 2, 0), MTag("PART", 1, 0)}) {
+        raw.m_data_pos = 24;
+        raw.m_length = 77;
+        ASSERT_TRUE(list.BUILD_TAG_LIST(file, raw, true)) << raw.m_name;
+        EXPECT_EQ(0u, list.SIZE()) << raw.m_name << " " << int(raw.m_vmajor);
+    }
+    LogCapture log;
+    MTag unplaced("PART");
+    EXPECT_FALSE(list.BUILD_TAG_LIST(file, unplaced, false));
+    EXPECT_EQ(std::vector<std::wstring>{L"In MTagList::CONVERT() : Could not find given tag data "
+                                        L"position"},
+              log.sink->GetTexts());
+}
+
+TEST_F(TagFileTest, BuildTagTreeStopsOnHostileLengths) {
+    MTagList list;
+    // Beyond the end of the file: the walk ends at that tag without adding it.
+    list.BUILD_TAG_TREE(Open(Head(2, 1) + Tag("A", 2, "") + Header("LONG", 2, 0, 13) + "123"), 0,
+                        -1);
+    EXPECT_EQ((std::vector<std::string>{"A@12+0"}), Layout(list));
+    // A negative length, and a child reaching past its parent.
+    list.BUILD_TAG_TREE(Open(Head(2, 1) + Header("NEG", 2, 0, -24) + Tag("B", 2, "")), 0, -1);
+    EXPECT_TRUE(Layout(list).empty());
+    list.BUILD_TAG_TREE(
+        Open(Head(2, 1) + Tag("OUTER", 2, Header("WIDE", 2, 0, 4) + "12") + Tag("C", 2, "34")), 0,
+        -1);
+    EXPECT_EQ((std::vector<std::string>{"OUTER@12+14", "C@38+2"}), Layout(list));
+
+    // 100 levels of nesting: listed down to the bound, no deeper.
+    std::string nested;
+    for (int level = 0; level < 100; ++level)
+        nested = Tag("N", 2, nested);
+    list.BUILD_TAG_TREE(Open(Head(2, 1) + nested), 0, -1);
+    EXPECT_EQ(static_cast<unsigned long long>(MTagList::MAX_TREE_DEPTH), list.SIZE());
+}
+
+TEST_F(TagFileTest, FindNextAndRemove) {
+    MFile& file = Open(Head(2, 1) + Tag("PART", 2, "a") + Tag("PART", 1, "bb") +
+                       Tag("MESH", 2, "ccc") + Tag("PART", 2, "dddd"));
+    MTagList list;
+    ASSERT_TRUE(list.BUILD_TAG_LIST(file));
+    MTag wanted("PART", 2, 9);
+    MTag* first = list.FIND_TAG(file, nullptr, wanted, 0, true);
+    ASSERT_EQ(&list.GetTags()[0], first);
+    EXPECT_EQ(24, file.TELL());
+    EXPECT_EQ(0, wanted.m_vminor) << "the element is copied into the tag";
+    EXPECT_EQ(&list.GetTags()[3], list.FIND_TAG(file, first, wanted, 0, false));
+    EXPECT_EQ(nullptr, list.FIND_TAG(file, &list.GetTags()[3], wanted, 0, false));
+    MTag stranger("PART");
+    EXPECT_EQ(nullptr, list.FIND_TAG(file, &stranger, wanted, 0, false));
+    EXPECT_EQ(nullptr, list.FIND_TAG(file, nullptr, wanted, 2, false));
+    MTag unnamed("", 2, 0);
+    EXPECT_EQ(nullptr, list.FIND_TAG(file, nullptr, unnamed, 0, false));
+
+    // Version modes: any, a lower major accepted, equal majors.
+    MTag v1("PART", 1, 0), v3("PART", 3, 0);
+    EXPECT_EQ(&list.GetTags()[0], list.FIND_TAG_EX(file, nullptr, v1, 0, 0, false));
+    EXPECT_EQ(&list.GetTags()[0], list.FIND_TAG_EX(file, nullptr, v3, 1, 0, false));
+    v1.INIT("PART", 1, 0);
+    EXPECT_EQ(&list.GetTags()[1], list.FIND_TAG_EX(file, nullptr, v1, 1, 0, false));
+
+    EXPECT_EQ(&list.GetTags()[0], list.NEXT_TAG(file, nullptr, false));
+    EXPECT_EQ(&list.GetTags()[2], list.NEXT_TAG(file, &list.GetTags()[1], true));
+    EXPECT_EQ(39 + 12, file.TELL());
+    EXPECT_EQ(nullptr, list.NEXT_TAG(file, &list.GetTags()[3], false));
+
+    // Kind 1 removes only what is not written in this pass; kind 0 the rest of a name.
+    list.NEXT_TAG(file, nullptr, false)->m_written = true;
+    MTag part("PART", 2, 0);
+    EXPECT_TRUE(list.REMOVE_TAGS(part, 1));
+    EXPECT_EQ((std::vector<std::string>{"PART@12+1", "PART@25+2", "MESH@39+3"}), Layout(list));
+    EXPECT_FALSE(list.REMOVE_TAGS(part, 1));
+    EXPECT_FALSE(list.REMOVE_TAGS(part, 2));
+    EXPECT_TRUE(list.REMOVE_TAGS(part, 0));
+    EXPECT_EQ((std::vector<std::string>{"PART@25+2", "MESH@39+3"}), Layout(list));
+}
+
+// Rewriting a file tag by tag: repeated names are found in order as they are written, lengths
+// are back-patched, and a tag the list does not hold goes out without its name.
+TEST_F(TagFileTest, RewriteStepsThroughRepeatedTags) {
+    MFile& source =
+        Open(Head(2, 1) + Tag("PART", 2, "first") + Tag("MESH", 2, "m") + Tag("PART", 2, "second"));
+    MTagList list;
+    ASSERT_TRUE(list.BUILD_TAG_LIST(source));
+    MFile target;
+    ASSERT_TRUE(target.CREATE(Path(L"out.kel").c_str()));
+    ASSERT_TRUE(list.GET_HEAD_TAG().WRITE(target));
+    ASSERT_TRUE(list.GET_HEAD_TAG().UPDATE_SKIP(target));
+
+    std::vector<std::string> seen;
+    MTag find("PART", 2, 0);
+    for (MTag* at = nullptr; (at = list.FIND_TAG(source, nullptr, find, 1, true));) {
+        std::string data(static_cast<size_t>(find.m_length), '\0');
+        ASSERT_EQ(data.size(), source.READ(&data[0], data.size()));
+        seen.push_back(data);
+        MTag write("PART", 2, 5);
+        ASSERT_TRUE(list.WRITE_TAG_BEGIN(target, write));
+        EXPECT_TRUE(at->m_written);
+        EXPECT_EQ(0, at->m_length);
+        const std::string upper = data + "+";
+        ASSERT_EQ(upper.size(), target.WRITE(upper.data(), upper.size()));
+        ASSERT_TRUE(list.WRITE_TAG_END(target, write));
+        EXPECT_EQ(static_cast<long long>(upper.size()), write.m_length);
+        ASSERT_LE(seen.size(), 2u);
+    }
+    EXPECT_EQ((std::vector<std::string>{"first", "second"}), seen);
+    MTag fresh("NEW", 2, 0);
+    ASSERT_TRUE(list.WRITE_TAG_BEGIN(target, fresh));
+    ASSERT_EQ(2u, target.WRITE("nw", 2));
+    ASSERT_TRUE(list.WRITE_TAG_END(target, fresh));
+    EXPECT_EQ(4u, list.SIZE());
+    target.CLOSE();
+    // A tag found in the list keeps its own version.
+    EXPECT_EQ(Head(2, 1) + Header("PART", 2, 0, 6) + "first+" + Header("PART", 2, 0, 7) +
+                  "second+" + Header("", 2, 0, 2) + "nw",
+              ReadRaw(L"out.kel"));
+}
+
+TEST_F(ConvertTest, ConvertKeepsEveryTagsData) {
+    const std::string body = Tag("PART", 1, Tag("MESH", 1, std::string(300000, 'm'))) +
+                             Tag("DATA", 1, "raw") + Tag("EMPTY", 1, "");
+    WriteRaw(L"old.kel", Head(1, 3) + body);
+    WriteRaw(L"same.kel", Head(2, 0) + body);
+    WriteRaw(L"new.kel", Head(3, 0) + body);
+    WriteRaw(L"plain.txt", "not a tagged file");
+    LogCapture log;
+    MFileName old(L"old.kel"), same(L"same.kel"), newer(L"new.kel"), plain(L"plain.txt"),
+        missing(L"missing.kel");
+
+    ASSERT_TRUE(MTagList::CONVERT(old, 0, 0));
+    EXPECT_EQ(Head(2, 1) + body, ReadRaw(L"old.kel"));
+    EXPECT_TRUE(MTagList::CONVERT(same, 0, 0));
+    EXPECT_EQ(Head(2, 0) + body, ReadRaw(L"same.kel"));
+    EXPECT_FALSE(MTagList::CONVERT(newer, 2, 1));
+    EXPECT_EQ(Head(3, 0) + body, ReadRaw(L"new.kel"));
+    EXPECT_FALSE(MTagList::CONVERT(plain, 0, 0));
+    EXPECT_FALSE(MTagList::CONVERT(missing, 0, 0));
+    const std::wstring prefix = L"In MTagList::CONVERT() : ";
+    EXPECT_EQ((std::vector<std::wstring>{
+                  prefix + L"File '" + L"same.kel" + L"' already contains version V2.0",
+                  prefix + L"File '" + L"new.kel" +
+                      L"' contains a newer version number V3.0, cannot process !",
+                  prefix + L"Could not read header tag from '" + L"plain.txt",
+                  prefix + L"Could not open file '" + L"missing.kel"}),
+              log.sink->GetTexts());
+    // Nothing is left beside the files.
+    size_t files = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(m_folder))
+        files += entry.is_regular_file();
+    EXPECT_EQ(4u, files);
+}
+
+// Every call of the file layer during a conversion fails in turn: the conversion either fails
+// with the original back in place, byte for byte, or completes; nothing else is left behind
+// but, when only the final delete failed, the moved-aside original.
+TEST_F(ConvertTest, ConvertRollsBackWhenTheDiskFails) {
+    std::string body;
+    for (int i = 0; i < 6; ++i)
+        body += Tag("PART", 1, std::string(300000 + i, static_cast<char>('a' + i)));
+    const std::string original = Head(1, 0) + body, converted = Head(2, 1) + body;
+    const std::wstring name = L"disk.kel";
+    MFileName file(name.c_str());
+
+    long long calls = 0, failAt = -1;
+    std::vector<FileOs::Call> kinds;
+    const FileOs::Probe previous = FileOs::SetProbe([&](FileOs::Call call, size_t) {
+        kinds.push_back(call);
+        return calls++ != failAt;
+    });
+    WriteRaw(L"disk.kel", original);
+    ASSERT_TRUE(MTagList::CONVERT(file, 0, 0));
+    const long long total = calls;
+    size_t writes = 0;
+    for (FileOs::Call call : kinds)
+        writes += call == FileOs::Call::Write;
+    EXPECT_LE(5u, writes) << "enough writes to fail between tags";
+
+    LogCapture log;
+    for (failAt = 0; failAt < total; ++failAt) {
+        SCOPED_TRACE(failAt);
+        WriteRaw(L"disk.kel", original);
+        calls = 0;
+        kinds.clear();
+        const bool done = MTagList::CONVERT(file, 0, 0);
+        const FileOs::Call failed = kinds[static_cast<size_t>(failAt)];
+        EXPECT_EQ(done ? converted : original, ReadRaw(L"disk.kel"))
+            << "failed call kind " << static_cast<int>(failed);
+        std::vector<std::wstring> left;
+        for (const auto& entry : std::filesystem::directory_iterator(m_folder))
+            left.push_back(entry.path().filename().wstring());
+        if (failed == FileOs::Call::Remove) {
+            EXPECT_TRUE(done);
+            ASSERT_EQ(2u, left.size());
+            EXPECT_EQ(original, ReadRaw(L"disk.kel.~convert1"));
+            std::filesystem::remove(m_folder / L"disk.kel.~convert1");
+        } else
+            EXPECT_EQ(std::vector<std::wstring>{L"disk.kel"}, left);
+    }
+    FileOs::SetProbe(previous);
+    const std::vector<std::wstring> texts = log.sink->GetTexts();
+    ASSERT_FALSE(texts.empty());
+    EXPECT_NE(texts.end(), std::find(texts.begin(), texts.end(),
+                                     L"In MTagList::CONVERT() : Error writing to file '" + name));
+}
