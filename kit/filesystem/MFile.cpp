@@ -110,10 +110,9 @@ bool MFile::SEEK(long long position) {
     }
     if (!Flush())
         return false;
-    // A jump back or far ahead starts over with a small window; a short skip forward reads on
-    // as if sequentially.
-    const long long end = m_bufferPos + static_cast<long long>(m_bufferLen);
-    if (position < end || position - end >= static_cast<long long>(m_readWindow))
+    // Leaving a buffer that was mostly not read means the file is being skipped through: the
+    // next fill starts over with a small window.
+    if (m_current < m_bufferLen / 2)
         m_readWindow = std::min(MIN_READ_WINDOW, m_bufferSize);
     StartBufferAt(position);
     return true;
@@ -188,17 +187,20 @@ size_t MFile::WRITE(const int32_t* data, size_t count) {
 unsigned long long MFile::COPY_FROM(MFile& source, unsigned long long count) {
     if (&source == this || !IS_OPEN() || !source.IS_OPEN())
         return 0;
-    // Chunks as large as the larger buffer pass both buffers by (see ReadBytes, WriteBytes).
-    const size_t largest = std::max({DEFAULT_BUFFER_SIZE, m_bufferSize, source.m_bufferSize});
-    std::vector<unsigned char> chunk(
-        static_cast<size_t>(std::min<unsigned long long>(count, largest)));
+    // Straight from the source's buffer: one copy in memory, none when the target passes a
+    // large piece on unbuffered.
     unsigned long long done = 0;
     while (done < count) {
-        size_t want = static_cast<size_t>(std::min<unsigned long long>(count - done, chunk.size()));
-        size_t got = source.ReadBytes(chunk.data(), want);
-        size_t put = WriteBytes(chunk.data(), got);
+        const unsigned long long rest = count - done;
+        if (source.m_current == source.m_bufferLen &&
+            !source.Refill(static_cast<size_t>(std::min<unsigned long long>(rest, SIZE_MAX))))
+            break;
+        const size_t n = static_cast<size_t>(
+            std::min<unsigned long long>(rest, source.m_bufferLen - source.m_current));
+        const size_t put = WriteBytes(source.m_buffer.data() + source.m_current, n);
+        source.m_current += put;
         done += put;
-        if (got < want || put < got)
+        if (put < n)
             break;
     }
     return done;

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <random>
 
+#include "FileOs.h"
 #include "MFile.h"
 #include "TempFolder.h"
 
@@ -188,4 +189,68 @@ TEST_F(MFileTest, CopyFromAnotherFileAndWholeFiles) {
     EXPECT_EQ(data, ReadRaw(L"src.bin"));
     EXPECT_FALSE(MFile::COPY(Path(L"missing.bin").c_str(), Path(L"c.bin").c_str()));
     EXPECT_FALSE(std::filesystem::exists(m_folder / L"c.bin"));
+}
+
+// What reaches the system, watched through the file layer's probe: skipping through a file
+// reads little more than what is asked for, reading it through reads whole buffers, and a
+// failing disk shows in CLOSE and COMMIT.
+TEST_F(MFileTest, ReadsAdaptToSkippingAndFailuresShow) {
+    const std::string data = Pattern(4000000, 4);
+    WriteRaw(L"big.bin", data);
+    size_t reads = 0, bytesRead = 0;
+    bool failWrites = false;
+    const FileOs::Probe previous = FileOs::SetProbe([&](FileOs::Call call, size_t bytes) {
+        reads += call == FileOs::Call::Read;
+        bytesRead += call == FileOs::Call::Read ? bytes : 0;
+        return !(failWrites && (call == FileOs::Call::Write || call == FileOs::Call::Sync));
+    });
+    MFile file;
+    ASSERT_TRUE(file.OPEN_READ(Path(L"big.bin").c_str()));
+    char header[12];
+    for (size_t at = 0; at + sizeof header <= data.size(); at += 100000) {
+        ASSERT_TRUE(file.SEEK(static_cast<long long>(at)));
+        ASSERT_EQ(sizeof header, file.READ(header, sizeof header));
+        ASSERT_EQ(data.substr(at, sizeof header), std::string(header, sizeof header)) << at;
+    }
+    EXPECT_EQ(40u, reads);
+    // The first fill reads a whole buffer, each one after a jump a small window.
+    EXPECT_GE(MFile::DEFAULT_BUFFER_SIZE + 39u * 1024, bytesRead);
+
+    // Reading on where the last read stopped: the window doubles up to the whole buffer.
+    reads = bytesRead = 0;
+    ASSERT_TRUE(file.SEEK(0));
+    std::string back(data.size(), '\0');
+    for (size_t at = 0; at < data.size(); at += 1000)
+        ASSERT_EQ(1000u, file.READ(&back[at], 1000)) << at;
+    EXPECT_EQ(data, back);
+    EXPECT_GE(70u, reads) << bytesRead;
+
+    ASSERT_TRUE(file.CREATE(Path(L"fail.bin").c_str()));
+    ASSERT_EQ(3u, file.WRITE("abc", 3));
+    failWrites = true;
+    EXPECT_FALSE(file.COMMIT());
+    EXPECT_FALSE(file.CLOSE());
+    EXPECT_FALSE(file.IS_OPEN());
+    failWrites = false;
+    EXPECT_TRUE(file.CLOSE()) << "nothing to write";
+    FileOs::SetProbe(previous);
+}
+
+TEST_F(MFileTest, RenameAndRemove) {
+    WriteRaw(L"a.bin", "first");
+    WriteRaw(L"b.bin", "second");
+    const std::wstring a = Path(L"a.bin"), b = Path(L"b.bin"), c = Path(L"c.bin");
+    EXPECT_FALSE(MFile::RENAME(a.c_str(), b.c_str()));
+    EXPECT_EQ("second", ReadRaw(L"b.bin"));
+    EXPECT_TRUE(MFile::RENAME(a.c_str(), c.c_str()));
+    EXPECT_EQ("first", ReadRaw(L"c.bin"));
+    EXPECT_TRUE(MFile::RENAME(c.c_str(), b.c_str(), true));
+    EXPECT_EQ("first", ReadRaw(L"b.bin"));
+    EXPECT_FALSE(std::filesystem::exists(m_folder / L"c.bin"));
+    EXPECT_FALSE(MFile::RENAME(a.c_str(), c.c_str(), true)) << "a is gone";
+    EXPECT_FALSE(MFile::RENAME(nullptr, c.c_str()));
+    EXPECT_TRUE(MFile::REMOVE(b.c_str()));
+    EXPECT_FALSE(std::filesystem::exists(m_folder / L"b.bin"));
+    EXPECT_FALSE(MFile::REMOVE(b.c_str()));
+    EXPECT_FALSE(MFile::REMOVE(nullptr));
 }
