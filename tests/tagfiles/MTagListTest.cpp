@@ -11,33 +11,13 @@
 #include "MFile.h"
 #include "MFileName.h"
 #include "MTagList.h"
+#include "TagBytes.h"
 #include "TempFolder.h"
 
 namespace {
 
 using KelSDK::Common::Logging::GetLogger;
 using KelSDK::Common::Logging::MemorySink;
-
-// A 12-byte header as it lies on disk.
-std::string Header(const std::string& name, unsigned char major, unsigned char minor, long length) {
-    std::string bytes = name.substr(0, 6);
-    bytes.resize(6, '\0');
-    bytes += static_cast<char>(major);
-    bytes += static_cast<char>(minor);
-    const unsigned long value = static_cast<unsigned long>(length);
-    for (int shift = 0; shift < 32; shift += 8)
-        bytes += static_cast<char>((value >> shift) & 0xFF);
-    return bytes;
-}
-
-// A tag with its data.
-std::string Tag(const std::string& name, unsigned char major, const std::string& data) {
-    return Header(name, major, 0, static_cast<long>(data.size())) + data;
-}
-
-std::string Head(unsigned char major, unsigned char minor) {
-    return Header("KELCOM", major, minor, 0);
-}
 
 // The elements as "NAME@header+length" for one readable comparison.
 std::vector<std::string> Layout(const MTagList& list) {

@@ -1,0 +1,96 @@
+// keltool tags and convert as a user runs them, on files written byte by byte.
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "KeltoolProcess.h"
+#include "StdBase.h"
+#include "TagBytes.h"
+
+namespace fs = std::filesystem;
+
+class TagKeltoolTest : public ::testing::Test {
+protected:
+    TagKeltoolTest() { fs::create_directories(m_dir); }
+    ~TagKeltoolTest() override {
+        std::error_code ignored;
+        fs::remove_all(m_dir, ignored);
+    }
+
+    std::wstring Make(const std::wstring& name, const std::string& bytes) {
+        std::ofstream(m_dir / name, std::ios::binary) << bytes;
+        return (m_dir / name).wstring();
+    }
+
+    KeltoolResult Run(const std::vector<std::wstring>& arguments) {
+        return RunKeltool(arguments, m_dir / L"scratch");
+    }
+
+    const fs::path m_dir = fs::temp_directory_path() / L"kel_tag_keltool_test";
+};
+
+TEST_F(TagKeltoolTest, TagsPrintsTheTreeAndConvertRewrites) {
+    const std::string body =
+        Tag("PART", 1, Tag("MESH", 1, Tag("DATA", 1, "raw") + Tag("LEAF", 1, ""))) +
+        Tag(std::string("N\x01", 2), 1, "xy");
+    const std::wstring file = Make(L"part.kel", Head(1, 3) + body);
+    const std::string tree = "KELCOM %s  offset 0  length 0\r\n"
+                             "PART 1.0  offset 12  length 39\r\n"
+                             "  MESH 1.0  offset 24  length 27\r\n"
+                             "    DATA 1.0  offset 36  length 3\r\n"
+                             "    LEAF 1.0  offset 51  length 0\r\n"
+                             "N\\x01 1.0  offset 63  length 2\r\n";
+    auto withVersion = [&](const char* version) {
+        std::string text = tree;
+        return text.replace(text.find("%s"), 2, version);
+    };
+    KeltoolResult result = Run({L"tags", file});
+    EXPECT_EQ(0u, result.exitCode) << result.err;
+    EXPECT_EQ(withVersion("1.3"), result.out);
+
+    result = Run({L"convert", file});
+    EXPECT_EQ(0u, result.exitCode) << result.err;
+    const std::string name = StdBase::ConvertUnicodeToUtf8(file);
+    EXPECT_EQ(name + ": converted from version 1.3 to 2.1\r\n", result.out);
+    EXPECT_EQ(Head(2, 1) + body, ReadAll(file));
+    EXPECT_EQ(withVersion("2.1"), Run({L"tags", file}).out);
+    result = Run({L"convert", file, L"2", L"0"});
+    EXPECT_EQ(0u, result.exitCode) << result.err;
+    EXPECT_EQ(name + ": already version 2.1, left as it is\r\n", result.out);
+
+    // A newer file is refused with the library's reason; the file stays as it is.
+    result = Run({L"convert", file, L"1", L"0"});
+    EXPECT_EQ(1u, result.exitCode);
+    EXPECT_NE(std::string::npos,
+              result.err.find("In MTagList::CONVERT() : File '" + name +
+                              "' contains a newer version number V2.1, cannot process !"))
+        << result.err;
+    EXPECT_EQ(Head(2, 1) + body, ReadAll(file));
+}
+
+TEST_F(TagKeltoolTest, DamagedFilesAndUsage) {
+    const std::wstring cut = Make(L"cut.kel", Head(2, 1) + Header("PART", 2, 0, 100) + "xy");
+    KeltoolResult result = Run({L"tags", cut});
+    EXPECT_EQ(1u, result.exitCode);
+    EXPECT_EQ("KELCOM 2.1  offset 0  length 0\r\n", result.out);
+    EXPECT_NE(std::string::npos, result.err.find("the bytes from offset 12 on are no complete tag"))
+        << result.err;
+
+    const std::wstring plain = Make(L"plain.txt", "hello, world");
+    for (const std::vector<std::wstring>& arguments :
+         {std::vector<std::wstring>{L"tags", plain}, {L"convert", plain}}) {
+        result = Run(arguments);
+        EXPECT_EQ(1u, result.exitCode) << arguments[0];
+        EXPECT_NE(std::string::npos, result.err.find("is no tagged file")) << result.err;
+    }
+    result = Run({L"tags", (m_dir / L"missing.kel").wstring()});
+    EXPECT_EQ(1u, result.exitCode);
+    EXPECT_NE(std::string::npos, result.err.find("(error code 2)")) << result.err;
+
+    for (const std::vector<std::wstring>& arguments : {std::vector<std::wstring>{L"tags"},
+                                                       {L"convert", cut, L"2"},
+                                                       {L"convert", cut, L"2", L"x"},
+                                                       {L"convert", cut, L"256", L"0"},
+                                                       {L"tags", L"--deep", cut}})
+        EXPECT_EQ(2u, Run(arguments).exitCode) << arguments.size() << " arguments";
+}
