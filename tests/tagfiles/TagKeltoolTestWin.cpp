@@ -1,32 +1,21 @@
 // keltool tags and convert as a user runs them, on files written byte by byte.
 #include <gtest/gtest.h>
 
-#include <fstream>
-
 #include "KeltoolProcess.h"
 #include "StdBase.h"
 #include "TagBytes.h"
+#include "TempFolder.h"
 
-namespace fs = std::filesystem;
-
-class TagKeltoolTest : public ::testing::Test {
+class TagKeltoolTest : public TempFolderTest {
 protected:
-    TagKeltoolTest() { fs::create_directories(m_dir); }
-    ~TagKeltoolTest() override {
-        std::error_code ignored;
-        fs::remove_all(m_dir, ignored);
-    }
-
     std::wstring Make(const std::wstring& name, const std::string& bytes) {
-        std::ofstream(m_dir / name, std::ios::binary) << bytes;
-        return (m_dir / name).wstring();
+        WriteRaw(name, bytes);
+        return Path(name);
     }
 
     KeltoolResult Run(const std::vector<std::wstring>& arguments) {
-        return RunKeltool(arguments, m_dir / L"scratch");
+        return RunKeltool(arguments, m_folder / L"scratch");
     }
-
-    const fs::path m_dir = fs::temp_directory_path() / L"kel_tag_keltool_test";
 };
 
 TEST_F(TagKeltoolTest, TagsPrintsTheTreeAndConvertRewrites) {
@@ -83,7 +72,7 @@ TEST_F(TagKeltoolTest, DamagedFilesAndUsage) {
         EXPECT_EQ(1u, result.exitCode) << arguments[0];
         EXPECT_NE(std::string::npos, result.err.find("is no tagged file")) << result.err;
     }
-    result = Run({L"tags", (m_dir / L"missing.kel").wstring()});
+    result = Run({L"tags", Path(L"missing.kel")});
     EXPECT_EQ(1u, result.exitCode);
     EXPECT_NE(std::string::npos, result.err.find("(error code 2)")) << result.err;
 
