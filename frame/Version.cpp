@@ -14,6 +14,7 @@ const wchar_t* const* KelBaseGetFamilies() {
         L"names; MFileUtility file-name repair",
         L"directories: MDirectory executable, working, project, temporary and shell folders, "
         L"access and emptiness checks, folder copies; AssurePath, IsAbsolutePath, mkdirchain",
+        L"directory with a name map: MDirectoryWithMap map files of long and short names",
         L"folder locks and temporary folders: MFolderLocker lock files, MTempCleaner per-process "
         L"temporary folders and the removal of dead processes' leftovers",
         L"tagged files: MTag headers, MTagList lists and trees of tags, writing with back-patched "

@@ -5,6 +5,7 @@
 #include "KelBaseVersion.h"
 #include "MFileName.h"
 #include "MDirectory.h"
+#include "MDirectoryWithMap.h"
 #include "MFolderLocker.h"
 #include "MTempCleaner.h"
 #include "MFileUtility.h"
