@@ -66,7 +66,8 @@ using MFolderLockerTest = TempFolderTest;
 
 TEST_F(MFolderLockerTest, LocksBetweenProcessesAndObjects) {
     const std::wstring folder = m_folder.wstring();
-    KeltoolProcess holder({L"lock", L"--seconds=60", folder}, m_folder / L"out");
+    auto holder = std::make_unique<KeltoolProcess>(
+        std::vector<std::wstring>{L"lock", L"--seconds=60", folder}, m_folder / L"..");
     MFolderLocker second;
     ASSERT_TRUE(Eventually([&] { return Exists(m_folder / L"__fold__.lock"); }));
     // The other process's lock is a sharing violation, reported without waiting.
@@ -77,6 +78,10 @@ TEST_F(MFolderLockerTest, LocksBetweenProcessesAndObjects) {
     EXPECT_EQ(second.Lock(folder.c_str()), static_cast<unsigned long>(ERROR_SHARING_VIOLATION));
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
     EXPECT_FALSE(second.IsLocked());
+    // Killed, the holder lets go once the system has closed its files; then the folder can go.
+    holder.reset();
+    EXPECT_TRUE(Eventually([&] { return second.Lock(folder.c_str()) == 0; }));
+    second.Unlock();
 }
 
 TEST_F(MFolderLockerTest, OneLockPerObject) {
