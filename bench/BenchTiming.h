@@ -3,7 +3,10 @@
 // and the ratio to a reference measured in the same run.
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
+#include <functional>
+#include <vector>
 
 namespace KelBench {
 
@@ -40,6 +43,39 @@ inline double Ratio(double ns, double referenceNs) {
 // One result line: name, nanoseconds per call, ratio to the reference.
 inline void Report(const char* name, double ns, double referenceNs) {
     std::printf("%-52s %9.2f ns/call %9.1f x reference\n", name, ns, Ratio(ns, referenceNs));
+}
+
+// A loop over one buffer, timed in turns with its rivals (MeasureInTurns).
+struct Candidate {
+    const char* name;
+    std::function<std::uint32_t()> run; // returns something of its result, so it is kept
+    double ns = 0.0;
+};
+
+// Best time of each candidate over rounds in which every candidate runs once, so that a busy
+// machine slows all of them alike.
+inline void MeasureInTurns(std::vector<Candidate>& candidates, int rounds) {
+    std::uint32_t sink = 0;
+    for (int round = 0; round < rounds; ++round)
+        for (Candidate& candidate : candidates) {
+            const double ns = NsPerCall([&](std::size_t) { sink ^= candidate.run(); }, 1, 1);
+            if (round == 0 || ns < candidate.ns)
+                candidate.ns = ns;
+        }
+    Barrier();
+    std::printf("(checksum of all results %08X)\n", static_cast<unsigned>(sink));
+}
+
+// Speed of the candidate over `bytes` and its speedup over the reference; a goal of 0 is for
+// information.
+inline void Speedup(const Candidate& candidate, const Candidate& reference, double goal,
+                    std::size_t bytes) {
+    const double speedup = reference.ns / candidate.ns;
+    std::printf("%-40s %6.2f GB/s %6.2f x %-36s", candidate.name, bytes / candidate.ns, speedup,
+                reference.name);
+    if (goal > 0.0)
+        std::printf(" goal %4.1f x: %s", goal, speedup >= goal ? "met" : "MISSED");
+    std::printf("\n");
 }
 
 } // namespace KelBench

@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <functional>
 #include <random>
 #include <vector>
 
@@ -13,40 +12,12 @@
 #include "COXCheckBase.h"
 #include "CrcKernels.h"
 
+using KelBench::Candidate;
+
 namespace {
 
 const std::size_t BufferBytes = 64u << 20;
 const int Rounds = 15;
-
-struct Candidate {
-    const char* name;
-    std::function<std::uint32_t()> run;
-    double ns = 0.0;
-};
-
-// Best time of each candidate over rounds in which every candidate runs once.
-void Measure(std::vector<Candidate>& candidates) {
-    std::uint32_t sink = 0;
-    for (int round = 0; round < Rounds; ++round)
-        for (Candidate& candidate : candidates) {
-            const double ns =
-                KelBench::NsPerCall([&](std::size_t) { sink ^= candidate.run(); }, 1, 1);
-            if (round == 0 || ns < candidate.ns)
-                candidate.ns = ns;
-        }
-    KelBench::Barrier();
-    std::printf("(checksum of all results %08X)\n", static_cast<unsigned>(sink));
-}
-
-// Speed of the candidate and its speedup over the reference; a goal of 0 is for information.
-void Speedup(const Candidate& candidate, const Candidate& reference, double goal) {
-    const double speedup = reference.ns / candidate.ns;
-    std::printf("%-40s %6.2f GB/s %6.2f x %-36s", candidate.name, BufferBytes / candidate.ns,
-                speedup, reference.name);
-    if (goal > 0.0)
-        std::printf(" goal %4.1f x: %s", goal, speedup >= goal ? "met" : "MISSED");
-    std::printf("\n");
-}
 
 std::uint16_t ByteWiseCrc16(const std::uint16_t* table, std::uint16_t crc,
                             const std::vector<unsigned char>& data) {
@@ -104,12 +75,12 @@ int main() {
         std::printf("COXCRC32 disagrees with zlib\n");
         return 1;
     }
-    Measure(candidates);
-    Speedup(candidates[Crc32], candidates[Zlib], 5.0);
-    Speedup(candidates[Portable], candidates[Zlib], 1.0);
-    Speedup(candidates[Crc16], candidates[Bytes16], 10.0);
-    Speedup(candidates[CrcOther16], candidates[BytesOther16], 10.0);
+    KelBench::MeasureInTurns(candidates, Rounds);
+    KelBench::Speedup(candidates[Crc32], candidates[Zlib], 5.0, BufferBytes);
+    KelBench::Speedup(candidates[Portable], candidates[Zlib], 1.0, BufferBytes);
+    KelBench::Speedup(candidates[Crc16], candidates[Bytes16], 10.0, BufferBytes);
+    KelBench::Speedup(candidates[CrcOther16], candidates[BytesOther16], 10.0, BufferBytes);
     if (clmul)
-        Speedup(candidates[Clmul], candidates[Zlib], 0.0);
+        KelBench::Speedup(candidates[Clmul], candidates[Zlib], 0.0, BufferBytes);
     return 0;
 }

@@ -21,6 +21,8 @@ const wchar_t* const* KelBaseGetFamilies() {
         L"lengths, version conversion",
         L"checksums: COXCheckSum8/16/32 additive checksums; COXCRC16 and COXCRC32 CRCs for any "
         L"polynomial over blocks and files, tables shared per polynomial",
+        L"cryptography: CRijndael (AES and Rijndael, blocks and keys of 16, 24 and 32 bytes; "
+        L"ECB, CBC, CFB), CSHA1, RC4 prepare_key and rc4, Encrypt/Decrypt scrambling",
         L"progress: MProgress levels, MProgressManager window messages 2024-2028 and sink, "
         L"IStatusCallback status channel, MStatusCallbackToMProgressImpl per-thread adapter, "
         L"ProgressToStatusCallback delegate bridge, ProgressLocalizer step messages, CTimeCount "

@@ -2,8 +2,9 @@
 # Installs what the build and the tests need on Debian 12; does nothing when all is there.
 set -euo pipefail
 # Xvfb, xclip and ImageMagick: keltool's window and clipboard tests under a real X display.
-# clang and its runtime: the fuzz targets.
+# clang and its runtime: the fuzz targets. OpenSSL and libmcrypt: references of the crypto tests.
 packages=(cmake make g++ mingw-w64 g++-mingw-w64-x86-64-posix wine wine64 googletest
+          libssl-dev libmcrypt-dev
           libz-mingw-w64-dev zlib1g-dev xvfb xclip imagemagick clang libclang-rt-14-dev)
 missing=()
 for p in "${packages[@]}"; do

@@ -1,5 +1,5 @@
-// keltool as a user runs it: a child process whose output is compared with zlib's crc32 of the
-// same files, computed here.
+// keltool as a user runs it: a child process whose output is compared with zlib's crc32 and the
+// system's SHA-1 of the same files, computed here, and with published cipher texts.
 #include <gtest/gtest.h>
 
 #include <zlib.h>
@@ -14,6 +14,7 @@
 
 #include "KeltoolProcess.h"
 #include "StdBase.h"
+#include "SystemSha1Win.h"
 
 namespace fs = std::filesystem;
 
@@ -149,6 +150,94 @@ TEST_F(KeltoolTest, UnitsAndLocalize) {
         EXPECT_EQ(out.empty() ? 2u : 0u, result.exitCode) << command;
         EXPECT_EQ(out, result.out) << command;
     }
+}
+
+std::string Sha1Hex(const std::string& bytes) {
+    const std::array<unsigned char, 20> digest = SystemSha1(bytes.data(), bytes.size());
+    return Utf8(StdBase::ConvertBytesToHex(digest.data(), digest.size()));
+}
+
+std::string FromHex(const wchar_t* hex) {
+    std::vector<unsigned char> bytes;
+    StdBase::ConvertHexToBytes(hex, bytes);
+    return std::string(bytes.begin(), bytes.end());
+}
+
+// The digest lines of sha1sum (lower case, two spaces), checked against the system's SHA-1.
+TEST_F(KeltoolTest, Sha1AgreesWithTheSystem) {
+    const std::vector<fs::path> files = {TestBinaryFolder() / L"keltool.exe",
+                                         Make(L"empty.bin", ""), Make(L"abc \u00e4.txt", "abc")};
+    std::vector<std::wstring> arguments = {L"sha1"};
+    std::string expected;
+    for (const fs::path& file : files) {
+        arguments.push_back(file.wstring());
+        expected += Sha1Hex(ReadAll(file)) + "  " + Utf8(file.wstring()) + "\r\n";
+    }
+    arguments.push_back((m_dir / L"missing.bin").wstring());
+    const KeltoolResult result = Run(arguments);
+    EXPECT_EQ(1u, result.exitCode);
+    EXPECT_EQ(expected, result.out);
+    EXPECT_NE(std::string::npos, result.err.find("(error code 2)")) << result.err;
+    EXPECT_NE(std::string::npos, expected.find("a9993e364706816aba3e25717850c26c9cd0d89d  "));
+}
+
+// The SP 800-38A messages through files: PKCS #7 padding adds one whole block to the 64 bytes,
+// the first 64 bytes are the published cipher text, and deciphering restores the file.
+TEST_F(KeltoolTest, AesFiles) {
+    const std::string plain =
+        FromHex(L"6bc1bee22e409f96e93d7e117393172aae2d8a571e03ac9c9eb76fac45af8e51"
+                L"30c81c46a35ce411e5fbc1191a0a52eff69f2445df4f9b17ad2b417be66c3710");
+    const std::wstring key = L"2b7e151628aed2a6abf7158809cf4f3c",
+                       iv = L"000102030405060708090a0b0c0d0e0f";
+    const std::wstring in = Make(L"plain.bin", plain).wstring(), out = (m_dir / L"c.bin").wstring(),
+                       back = (m_dir / L"back.bin").wstring();
+    const std::pair<std::vector<std::wstring>, const wchar_t*> cases[] = {
+        {{L"--key", key, L"--iv", iv},
+         L"7649abac8119b246cee98e9b12e9197d5086cb9b507219ee95db113a917678b2"
+         L"73bed6b8e3c1743b7116e69e222295163ff1caa1681fac09120eca307586e1a7"},
+        {{L"--key=" + key, L"--mode", L"ecb"},
+         L"3ad77bb40d7a3660a89ecaf32466ef97f5d3d58503b9699de785895a96fdbaaf"
+         L"43b1cd7f598ece23881b00e3ed0306887b0c785e27e8ad3f8223207104725dd4"},
+        {{L"--key", key, L"--iv=" + iv, L"--mode=cfb"},
+         L"3b3fd92eb72dad20333449f8e83cfb4ac8a64537a0b3a93fcde3cdad9f1ce58b"
+         L"26751f67a3cbb140b1808cf187a4f4dfc04b05357c5d1c0eeac4c66f9ff7f2e6"},
+        {{L"--key", key + key, L"--block", L"32", L"--iv", iv + iv}, nullptr},
+    };
+    for (const auto& [options, cipher] : cases) {
+        SCOPED_TRACE(Utf8(options.back()));
+        std::vector<std::wstring> encrypt = {L"aes", L"encrypt"}, decrypt = {L"aes", L"decrypt"};
+        encrypt.insert(encrypt.end(), options.begin(), options.end());
+        decrypt.insert(decrypt.end(), options.begin(), options.end());
+        encrypt.insert(encrypt.end(), {in, out});
+        decrypt.insert(decrypt.end(), {out, back});
+        EXPECT_EQ(0u, Run(encrypt).exitCode);
+        const std::string enciphered = ReadAll(out);
+        EXPECT_EQ(cipher ? 80u : 96u, enciphered.size());
+        if (cipher) {
+            EXPECT_EQ(FromHex(cipher), enciphered.substr(0, 64));
+        }
+        EXPECT_EQ(0u, Run(decrypt).exitCode);
+        EXPECT_EQ(plain, ReadAll(back));
+    }
+
+    // A wrong key is told by the padding and leaves the output as it was; the input may be the
+    // output; a key of the wrong length is a usage error.
+    Make(L"back.bin", "kept");
+    const KeltoolResult wrong = Run({L"aes", L"decrypt", L"--key",
+                                     L"000102030405060708090a0b0c0d0e0f", L"--iv", iv, out, back});
+    EXPECT_EQ(1u, wrong.exitCode);
+    EXPECT_NE(std::string::npos, wrong.err.find("padding")) << wrong.err;
+    EXPECT_EQ("kept", ReadAll(back));
+    const std::wstring same = Make(L"same.bin", plain.substr(0, 21)).wstring();
+    EXPECT_EQ(0u, Run({L"aes", L"encrypt", L"--key", key, same, same}).exitCode);
+    EXPECT_EQ(32u, ReadAll(same).size());
+    EXPECT_EQ(0u, Run({L"aes", L"decrypt", L"--key", key, same, same}).exitCode);
+    EXPECT_EQ(plain.substr(0, 21), ReadAll(same));
+    const KeltoolResult shortKey = Run({L"aes", L"encrypt", L"--key", L"0011", in, out});
+    EXPECT_EQ(2u, shortKey.exitCode);
+    EXPECT_NE(std::string::npos, shortKey.err.find("Incorrect key length")) << shortKey.err;
+    EXPECT_EQ(2u, Run({L"aes", L"encrypt", L"--key", key, L"--mode", L"ofb", in, out}).exitCode);
+    EXPECT_EQ(2u, Run({L"aes", L"scramble", L"--key", key, in, out}).exitCode);
 }
 
 } // namespace

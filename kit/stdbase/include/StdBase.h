@@ -1,9 +1,10 @@
 #pragma once
 // Formatting with the platform's wide printf conventions, narrow/wide conversions in the
-// active code page, and the Unicode encodings.
+// active code page, the Unicode encodings, hexadecimal text and wiping secrets.
 #include <cstdarg>
 #include <cstddef>
 #include <string>
+#include <vector>
 
 #include "StdBaseExport.h"
 
@@ -34,5 +35,15 @@ KELSTD_API std::string ConvertUnicodeToUtf8(const std::wstring& text);
 // odd last byte.
 KELSTD_API std::wstring ConvertUtf8ToUnicode(const char* data, size_t size);
 KELSTD_API std::wstring ConvertUtf16LeToUnicode(const unsigned char* data, size_t size);
+
+// Bytes as lower-case hexadecimal, two digits each, and back. The parser takes digits of
+// either case in pairs and nothing else; it returns false (and leaves `bytes` empty) for an
+// odd count or any other character.
+KELSTD_API std::wstring ConvertBytesToHex(const unsigned char* data, size_t size);
+KELSTD_API bool ConvertHexToBytes(const std::wstring& text, std::vector<unsigned char>& bytes);
+
+// Zeroes memory that held secrets (keys, key schedules); unlike memset the stores are kept
+// even when the memory is not read again.
+KELSTD_API void SecureZero(void* data, size_t size);
 
 } // namespace StdBase

@@ -1,0 +1,21 @@
+#pragma once
+// The RC4 stream cipher: prepare_key runs the standard key schedule into a key state, rc4 XORs
+// the key stream onto a buffer in place and moves the state on, so enciphering and
+// deciphering are the same call and a stream can be processed in pieces.
+//
+// RC4 is broken (its first bytes leak the key, and its biases show over long streams); it is
+// here for data that already uses it. The functions return false and leave everything
+// untouched for a null pointer (with a length) or an empty key. The schedule reads 256 key
+// bytes, repeating a shorter key, so bytes past the 256th do not count.
+#include <cstddef>
+
+#include "KelBaseExport.h"
+
+struct rc4_key {
+    unsigned char state[256];
+    unsigned char x;
+    unsigned char y;
+};
+
+KELBASE_API bool prepare_key(const unsigned char* key_data, std::size_t key_length, rc4_key* key);
+KELBASE_API bool rc4(unsigned char* buffer, std::size_t buffer_length, rc4_key* key);
