@@ -29,6 +29,8 @@ const wchar_t* const* KelBaseGetFamilies() {
         L"and CTimeCountOutput stopwatches, MTimeout, MProgressTimer",
         L"units: MUserUnit millimetres and inches for display, IUserUnitDependent; "
         L"MInternalUnitsValue lengths, areas and volumes that follow the internal resolution",
+        L"colours: MColor_COLORREF, MColorHLSRGB on the system's 0-240 scale, MGradientColoring "
+        L"value-to-colour stops",
         L"clipboard: CopyStringToClipboard (narrow and wide) and GetTextFromClipboard",
         nullptr,
     };

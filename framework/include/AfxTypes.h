@@ -17,6 +17,7 @@ typedef unsigned short WORD;
 typedef int LONG;
 typedef unsigned int ULONG;
 typedef unsigned int DWORD;
+typedef DWORD COLORREF;
 typedef long long LONGLONG;
 typedef unsigned long long ULONGLONG;
 typedef std::intptr_t INT_PTR;

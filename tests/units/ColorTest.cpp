@@ -1,0 +1,124 @@
+// Colour values both ways, HLS on the system's scale, gradients through stops.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "MColorHLSRGB.h"
+#include "MColor_COLORREF.h"
+#include "MGradientColoring.h"
+
+using KelSDK::Common::Color;
+
+namespace {
+
+TEST(MColor_COLORREF, BothWays) {
+    const MColor_COLORREF fromRef(0x02336699, 128); // a palette flag in the top byte
+    EXPECT_EQ(0x336699u, fromRef.GetCOLORREF());
+    EXPECT_EQ(0x99, fromRef.GetRed());
+    EXPECT_EQ(0x66, fromRef.GetGreen());
+    EXPECT_EQ(0x33, fromRef.GetBlue());
+    EXPECT_EQ(Color(0x99, 0x66, 0x33, 128), fromRef.GetColor());
+    const MColor_COLORREF fromColor(Color(1, 2, 3, 4));
+    EXPECT_EQ(0x030201u, fromColor.GetCOLORREF());
+    EXPECT_EQ(4, fromColor.GetAlpha());
+    EXPECT_EQ(MColor_COLORREF(1, 2, 3, 4), fromColor);
+    EXPECT_NE(MColor_COLORREF(1, 2, 3), fromColor);
+    EXPECT_EQ(0x030201u, MColor_COLORREF::ToCOLORREF(Color(1, 2, 3, 4)));
+    EXPECT_EQ(Color(1, 2, 3, 9), MColor_COLORREF::ToColor(0xFF030201, 9));
+    EXPECT_EQ(Color(0, 0, 0), MColor_COLORREF().GetColor());
+}
+
+// Values the system gives for the primaries, greys and a few mixtures.
+TEST(MColorHLSRGB, KnownValues) {
+    struct Case {
+        COLORREF rgb;
+        WORD h, l, s;
+    };
+    const Case cases[] = {
+        {0x0000FF, 0, 120, 240},  {0x00FF00, 80, 120, 240},  {0xFF0000, 160, 120, 240},
+        {0x000000, 160, 0, 0},    {0xFFFFFF, 160, 240, 0},   {0x808080, 160, 120, 0},
+        {0x00FFFF, 40, 120, 240}, {0xFF00FF, 200, 120, 240},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.rgb);
+        WORD h = 1, l = 1, s = 1;
+        MColorHLSRGB::RGBToHLS(c.rgb, h, l, s);
+        EXPECT_EQ(c.h, h);
+        EXPECT_EQ(c.l, l);
+        EXPECT_EQ(c.s, s);
+        const MColorHLSRGB value(c.rgb);
+        EXPECT_EQ(c.h, value.GetHue());
+    }
+    EXPECT_EQ(0x0000FFu, MColorHLSRGB::HLSToRGB(0, 120, 240));
+    EXPECT_EQ(0x00FF00u, MColorHLSRGB::HLSToRGB(80, 120, 240));
+    EXPECT_EQ(0x7F7F7Fu, MColorHLSRGB::HLSToRGB(30, 120, 0));
+    EXPECT_EQ(0x0000FFu, MColorHLSRGB(240, 120, 240).GetRGB());
+    const MColorHLSRGB clamped(999, 999, 999);
+    EXPECT_EQ(240, clamped.GetHue());
+    EXPECT_EQ(240, clamped.GetLuminance());
+    EXPECT_EQ(240, clamped.GetSaturation());
+    EXPECT_EQ(0xFFFFFFu, clamped.GetRGB());
+}
+
+// RGB -> HLS -> RGB over every value on a 3-step grid stays within a few units per channel.
+TEST(MColorHLSRGB, RoundTripErrorIsBounded) {
+    int worst = 0;
+    for (int r = 0; r < 256; r += 3)
+        for (int g = 0; g < 256; g += 3)
+            for (int b = 0; b < 256; b += 3) {
+                const COLORREF rgb = r | g << 8 | b << 16;
+                const COLORREF back = MColorHLSRGB(rgb).GetRGB();
+                for (int shift : {0, 8, 16})
+                    worst = std::max(worst, std::abs(static_cast<int>((rgb >> shift) & 0xFF) -
+                                                     static_cast<int>((back >> shift) & 0xFF)));
+            }
+    ::testing::Test::RecordProperty("worst channel error", worst);
+    EXPECT_LE(worst, 5);
+}
+
+TEST(MGradientColoring, StopsRangeAndBands) {
+    MGradientColoring rainbow(10.0, 20.0);
+    EXPECT_EQ(5u, rainbow.GetStopCount());
+    EXPECT_EQ(Color(0, 0, 255), rainbow.GetColor(10.0));
+    EXPECT_EQ(Color(0, 0, 255), rainbow.GetColor(-1e300));
+    EXPECT_EQ(Color(0, 255, 0), rainbow.GetColor(15.0));
+    EXPECT_EQ(Color(255, 0, 0), rainbow.GetColor(20.0));
+    EXPECT_EQ(Color(255, 0, 0), rainbow.GetColor(std::numeric_limits<double>::infinity()));
+    EXPECT_EQ(Color(128, 255, 0), rainbow.GetColor(16.25)); // half way from green to yellow
+    EXPECT_EQ(Color(128, 128, 128), rainbow.GetColor(std::nan("")));
+    EXPECT_EQ(0x00FF00u, rainbow.GetCOLORREF(15.0));
+
+    // Bad ranges and stops change nothing.
+    EXPECT_FALSE(rainbow.SetRange(2.0, 1.0));
+    EXPECT_FALSE(rainbow.SetRange(0.0, std::nan("")));
+    EXPECT_EQ(10.0, rainbow.GetMinimum());
+    EXPECT_FALSE(rainbow.AddStop(1.5, Color()));
+    EXPECT_FALSE(rainbow.AddStop(std::nan(""), Color()));
+    EXPECT_EQ(5u, rainbow.GetStopCount());
+
+    // Two stops out of order, one replaced, alpha interpolated; a one-value range.
+    MGradientColoring two;
+    two.ClearStops();
+    EXPECT_EQ(Color(128, 128, 128), two.GetColor(0.5));
+    two.SetUndefinedColor(Color(1, 1, 1));
+    EXPECT_EQ(Color(1, 1, 1), two.GetColor(0.5));
+    EXPECT_TRUE(two.AddStop(1.0, Color(200, 100, 0, 0)));
+    EXPECT_TRUE(two.AddStop(0.0, Color(0, 0, 0, 255)));
+    EXPECT_TRUE(two.AddStop(1.0, Color(200, 100, 50, 0)));
+    EXPECT_EQ(2u, two.GetStopCount());
+    EXPECT_EQ(Color(50, 25, 13, 191), two.GetColor(0.25));
+    EXPECT_TRUE(two.SetRange(3.0, 3.0));
+    EXPECT_EQ(Color(100, 50, 25, 128), two.GetColor(3.0));
+    EXPECT_EQ(Color(100, 50, 25, 128), two.GetColor(-7.0));
+
+    // Four bands: each takes the colour at its middle.
+    EXPECT_TRUE(two.SetRange(0.0, 4.0));
+    two.SetBands(4);
+    EXPECT_EQ(two.GetColor(0.0), two.GetColor(0.99));
+    EXPECT_EQ(Color(25, 13, 6, 223), two.GetColor(0.5));
+    EXPECT_EQ(Color(175, 88, 44, 32), two.GetColor(4.0));
+    EXPECT_NE(two.GetColor(0.99), two.GetColor(1.01));
+}
+
+} // namespace
