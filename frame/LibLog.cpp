@@ -17,4 +17,8 @@ void LogError(const wchar_t* cls, const wchar_t* op, const std::wstring& text) {
     Log(LogSeverity::Error, cls, op, text);
 }
 
+void LogErrorCode(const wchar_t* cls, const wchar_t* op, const std::wstring& text, long code) {
+    LogError(cls, op, text + L" (error code " + std::to_wstring(code) + L")");
+}
+
 } // namespace KelBase

@@ -16,4 +16,7 @@ void Log(KelSDK::Common::Logging::LogSeverity severity, const wchar_t* cls, cons
 // The same at error severity.
 void LogError(const wchar_t* cls, const wchar_t* op, const std::wstring& text);
 
+// Logs a platform failure: "In cls::op() : text (error code N)".
+void LogErrorCode(const wchar_t* cls, const wchar_t* op, const std::wstring& text, long code);
+
 } // namespace KelBase

@@ -32,6 +32,8 @@ const wchar_t* const* KelBaseGetFamilies() {
         L"colours: MColor_COLORREF, MColorHLSRGB on the system's 0-240 scale, MGradientColoring "
         L"value-to-colour stops",
         L"clipboard: CopyStringToClipboard (narrow and wide) and GetTextFromClipboard",
+        L"registry: COXRegistry keys, values, hives and remote roots; MRegKey and "
+        L"MSoftKeyCU/LM lazily opened keys with 32/64-bit views; CRegUtils one-shot values",
         nullptr,
     };
     return families;

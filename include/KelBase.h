@@ -36,4 +36,7 @@
 #include "MBlobBuffer.h"
 #include "CMapStringI.h"
 #include "CHtmlHelpWrapper.h"
+#include "COXRegistry.h"
+#include "CRegUtils.h"
+#include "MRegKey.h"
 #include "Clipboard.h"

@@ -8,3 +8,6 @@ typedef struct HWND__* HWND;
 typedef struct HINSTANCE__* HINSTANCE;
 typedef HINSTANCE HMODULE;
 typedef struct HKEY__* HKEY;
+
+// Declared, not defined: pointers to them appear in registry signatures.
+typedef struct _SECURITY_ATTRIBUTES SECURITY_ATTRIBUTES;

@@ -1,0 +1,327 @@
+// COXRegistry against the real registry (under Wine, the prefix's), below the test's own key.
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "COXRegistry.h"
+#include "RegistryTestKey.h"
+
+namespace {
+
+using Texts = std::vector<std::wstring>;
+using Reg = COXRegistry;
+
+class COXRegistryTest : public RegistryTest::Fixture {
+protected:
+    // A COXRegistry with the test's key open for full access.
+    void OpenTestKey(COXRegistry& reg) {
+        ASSERT_EQ(1, reg.OpenPath(Path().c_str(), HKEY_CURRENT_USER));
+    }
+};
+
+const wchar_t* const ConnectFailed = L"In COXRegistry::Connect() : Registry connection failed";
+
+TEST_F(COXRegistryTest, ConnectNamesTheRootAndRefusesRemoteUserRoots) {
+    COXRegistry reg;
+    CString text;
+    for (HKEY root : {HKEY_CURRENT_USER, HKEY_CLASSES_ROOT}) {
+        EXPECT_EQ(0, reg.Connect(root, L"."));
+        EXPECT_EQ(ERROR_INVALID_HANDLE, reg.GetErrorCode());
+    }
+    EXPECT_EQ((Texts{std::wstring(ConnectFailed) + L" (error code 6)",
+                     std::wstring(ConnectFailed) + L" (error code 6)"}),
+              Logged());
+    ClearLog();
+
+    ASSERT_EQ(1, reg.Connect(COXRegistry::keyLocalMachine()));
+    reg.GetRegistryName(text);
+    EXPECT_EQ(L"HKEY_LOCAL_MACHINE", std::wstring(text));
+    wchar_t computer[MAX_PATH];
+    DWORD size = MAX_PATH;
+    ASSERT_TRUE(GetComputerNameW(computer, &size));
+    reg.GetComputerName(text);
+    EXPECT_EQ(std::wstring(computer), std::wstring(text));
+    EXPECT_EQ(Texts{}, Logged());
+
+    // A second connection disconnects the first; a root without a name is "Unknown".
+    EXPECT_EQ(1, reg.Connect(COXRegistry::keyCurrentConfig));
+    reg.GetRegistryName(text);
+    EXPECT_EQ(L"Unknown", std::wstring(text));
+    EXPECT_EQ((Texts{L"In COXRegistry::Connect() : Trying to connect while previous registry "
+                     L"still connected",
+                     L"In COXRegistry::Connect() : Disconnecting previous registry connection",
+                     L"In COXRegistry::Connect() : Registry name unknown"}),
+              Logged());
+
+    EXPECT_EQ(1, reg.Disconnect());
+    reg.GetRegistryName(text);
+    EXPECT_EQ(L"", std::wstring(text));
+    EXPECT_EQ(1, reg.Disconnect());
+}
+
+TEST_F(COXRegistryTest, ValuesRoundTripWithTheirTypes) {
+    COXRegistry reg;
+    OpenTestKey(reg);
+    CByteArray bytes;
+    for (BYTE b : {0x00, 0xFF, 0x10, 0x7F})
+        bytes.Add(b);
+    const CString text(L"Gr\u00fc\u00dfe \u2713");
+    ASSERT_EQ(1, reg.SetValue(L"text", text));
+    ASSERT_EQ(1, reg.SetValue(L"", CString(L"default")));
+    ASSERT_EQ(1, reg.SetValue(L"dword", DWORD(0xDEADBEEF)));
+    ASSERT_EQ(1, reg.SetValue(L"bytes", bytes));
+    ASSERT_EQ(1, reg.QueryInfo());
+    EXPECT_EQ(4u, reg.GetNumberOfValues());
+
+    CString readText;
+    DWORD readDword = 0;
+    CByteArray readBytes;
+    EXPECT_EQ(1, reg.GetValue(L"text", readText));
+    EXPECT_EQ(std::wstring(text), std::wstring(readText));
+    EXPECT_EQ(1, reg.GetStringValue(L"", readText));
+    EXPECT_EQ(L"default", std::wstring(readText));
+    EXPECT_EQ(1, reg.GetValue(L"dword", readDword));
+    EXPECT_EQ(0xDEADBEEFu, readDword);
+    EXPECT_EQ(1, reg.GetValue(L"bytes", readBytes));
+    ASSERT_EQ(4, readBytes.GetSize());
+    for (INT_PTR i = 0; i < 4; ++i)
+        EXPECT_EQ(bytes[i], readBytes[i]) << "byte " << i;
+
+    // The raw bytes as the platform stores them.
+    Reg::KeyValueTypes type = Reg::typeNone;
+    BYTE raw[64] = {};
+    DWORD size = sizeof raw;
+    EXPECT_EQ(1, reg.QueryValue(L"text", type, raw, size));
+    EXPECT_EQ(Reg::typeString, type);
+    EXPECT_EQ((text.GetLength() + 1) * 2u, size);
+
+    // Every value once by enumeration, with its type.
+    std::vector<std::pair<std::wstring, Reg::KeyValueTypes>> seen;
+    CString name;
+    for (DWORD index = 0;; ++index) {
+        DWORD capacity = sizeof raw;
+        if (!reg.EnumerateValues(index, name, type, raw, capacity))
+            break;
+        seen.emplace_back(name.GetString(), type);
+    }
+    EXPECT_EQ(ERROR_NO_MORE_ITEMS, reg.GetErrorCode());
+    std::sort(seen.begin(), seen.end());
+    EXPECT_EQ(
+        (std::vector<std::pair<std::wstring, Reg::KeyValueTypes>>{{L"", Reg::typeString},
+                                                                  {L"bytes", Reg::typeBinary},
+                                                                  {L"dword", Reg::typeDoubleWord},
+                                                                  {L"text", Reg::typeString}}),
+        seen);
+
+    EXPECT_EQ(1, reg.DeleteValue(L"dword"));
+    EXPECT_EQ(0, reg.DeleteValue(L"dword"));
+    EXPECT_EQ(ERROR_FILE_NOT_FOUND, reg.GetErrorCode());
+}
+
+TEST_F(COXRegistryTest, TypedGettersRefuseOtherTypesAndLongStrings) {
+    COXRegistry reg;
+    OpenTestKey(reg);
+    const std::wstring expand = L"%TEMP%";
+    ASSERT_EQ(1, reg.SetValue(L"expand", Reg::typeExpandString,
+                              reinterpret_cast<BYTE*>(const_cast<wchar_t*>(expand.c_str())),
+                              (expand.size() + 1) * 2));
+    ASSERT_EQ(1, reg.SetValue(L"dword", DWORD(7)));
+    ASSERT_EQ(1, reg.SetValue(L"long", CString(L'x', 1100)));
+    ASSERT_EQ(1, reg.SetValue(L"longest", CString(L'y', 1023)));
+    CByteArray four;
+    four.SetSize(4);
+    ASSERT_EQ(1, reg.SetValue(L"four", four));
+    // The binary getter sizes its buffer from the last QueryInfo.
+    ASSERT_EQ(1, reg.QueryInfo());
+    ClearLog();
+
+    CString text(L"stale");
+    DWORD dword = 0;
+    CByteArray bytes;
+    EXPECT_EQ(0, reg.GetStringValue(L"expand", text));
+    EXPECT_EQ(L"", std::wstring(text));
+    EXPECT_EQ(0, reg.GetValue(L"dword", text));
+    EXPECT_EQ(0, reg.GetBinaryValue(L"dword", bytes));
+    EXPECT_EQ(0, reg.GetDoubleWordValue(L"four", dword));
+    // Wrong types are not logged.
+    EXPECT_EQ(Texts{}, Logged());
+
+    EXPECT_EQ(1, reg.GetStringValue(L"longest", text));
+    EXPECT_EQ(1023, text.GetLength());
+    text = L"stale";
+    EXPECT_EQ(0, reg.GetStringValue(L"long", text));
+    EXPECT_EQ(ERROR_MORE_DATA, reg.GetErrorCode());
+    EXPECT_EQ(L"", std::wstring(text));
+    EXPECT_EQ(0, reg.GetValue(L"missing", dword));
+    EXPECT_EQ((Texts{L"In COXRegistry::QueryValue() : QueryValue failed (error code 234)",
+                     L"In COXRegistry::QueryValue() : QueryValue failed (error code 2)"}),
+              Logged());
+
+    ClearLog();
+    EXPECT_EQ(0, reg.SetValue(nullptr, DWORD(1)));
+    EXPECT_EQ(ERROR_INVALID_PARAMETER, reg.GetErrorCode());
+    EXPECT_EQ(0, reg.SetValue(L"x", Reg::typeBinary, nullptr, 0));
+    EXPECT_EQ((Texts{L"In COXRegistry::SetValue() : Invalid parameter",
+                     L"In COXRegistry::SetValue() : Invalid parameter"}),
+              Logged());
+}
+
+TEST_F(COXRegistryTest, OpenPathCreatesOnlyWithFullAccess) {
+    const std::wstring top = Path() + L"\\A";
+    const std::wstring deep = top + L"\\B\\C";
+    COXRegistry reg;
+    ASSERT_EQ(1, reg.OpenPath(top.c_str(), HKEY_CURRENT_USER));
+    ClearLog();
+
+    EXPECT_EQ(0, reg.OpenPath(deep.c_str(), HKEY_CURRENT_USER, Reg::permissionRead));
+    EXPECT_EQ(ERROR_FILE_NOT_FOUND, reg.GetErrorCode());
+    EXPECT_FALSE(RegistryTest::KeyExists(top + L"\\B"));
+    EXPECT_EQ((Texts{L"In COXRegistry::Connect() : Trying to connect while previous registry "
+                     L"still connected",
+                     L"In COXRegistry::Connect() : Disconnecting previous registry connection",
+                     L"In COXRegistry::OpenKey() : Open failed (error code 2)"}),
+              Logged());
+
+    EXPECT_EQ(1, reg.OpenPath(deep.c_str(), HKEY_CURRENT_USER));
+    EXPECT_TRUE(RegistryTest::KeyExists(deep));
+    CString name;
+    reg.GetKeyName(name);
+    EXPECT_EQ(deep, std::wstring(name));
+    EXPECT_EQ(1, reg.OpenPath(deep.c_str(), HKEY_CURRENT_USER, Reg::permissionRead));
+
+    // Paths that do not fit the walk's buffer are refused, not cut.
+    const std::wstring tooLong = Path() + L"\\" + std::wstring(MAX_PATH, L'z');
+    EXPECT_EQ(0, reg.OpenPath(tooLong.c_str(), HKEY_CURRENT_USER));
+    EXPECT_EQ(ERROR_FILENAME_EXCED_RANGE, reg.GetErrorCode());
+}
+
+TEST_F(COXRegistryTest, KeysAreCreatedEnumeratedAndDeletedOneLevelAtATime) {
+    COXRegistry reg;
+    ASSERT_EQ(1, reg.Connect(HKEY_CURRENT_USER));
+    const std::wstring a = Path() + L"\\A";
+    Reg::CreationDisposition disposition = Reg::dispositionOpenedExistingKey;
+    ASSERT_EQ(1, reg.CreateKey(a.c_str(), L"class A", Reg::optionNonVolatile,
+                               Reg::permissionAllAccess, nullptr, &disposition));
+    EXPECT_EQ(Reg::dispositionCreatedNewKey, disposition);
+    ASSERT_EQ(1, reg.CreateKey((a + L"\\B").c_str(), nullptr, Reg::optionNonVolatile,
+                               Reg::permissionAllAccess, nullptr, &disposition));
+    // CreateKey does not query the new key: the counters are those of no key.
+    EXPECT_EQ(0u, reg.GetNumberOfSubkeys());
+    ASSERT_EQ(1, reg.CheckAndOpenKeyForWrite((a + L"\\C").c_str()));
+    EXPECT_TRUE(RegistryTest::KeyExists(a + L"\\C"));
+    EXPECT_EQ(1, reg.CheckAndOpenKeyForWrite((a + L"\\C").c_str()));
+
+    ASSERT_EQ(1, reg.OpenKey(a.c_str(), Reg::permissionRead));
+    EXPECT_EQ(2u, reg.GetNumberOfSubkeys());
+    CString className;
+    reg.GetClassName(className);
+    EXPECT_EQ(L"class A", std::wstring(className));
+    std::vector<std::wstring> names;
+    CString name;
+    for (DWORD index = 0; reg.EnumerateKeys(index, name, className); ++index)
+        names.push_back(name.GetString());
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ((std::vector<std::wstring>{L"B", L"C"}), names);
+
+    // Not recursive: A still has subkeys.
+    ClearLog();
+    ASSERT_EQ(1, reg.OpenKey(Path().c_str()));
+    EXPECT_EQ(0, reg.DeleteKey(L"A"));
+    const LONG refused = reg.GetErrorCode();
+    EXPECT_NE(ERROR_SUCCESS, refused);
+    EXPECT_EQ(Texts{L"In COXRegistry::DeleteKey() : Subkey deletion failed (error code " +
+                    std::to_wstring(refused) + L")"},
+              Logged());
+
+    // A two-level name deletes the last level and leaves the first open.
+    EXPECT_EQ(1, reg.OpenKey(L"Software"));
+    EXPECT_EQ(1, reg.DeleteKey((a + L"\\B").c_str()));
+    EXPECT_FALSE(RegistryTest::KeyExists(a + L"\\B"));
+    reg.GetKeyName(name);
+    EXPECT_EQ(a, std::wstring(name));
+    EXPECT_EQ(1, reg.DeleteKey(L"C"));
+    EXPECT_FALSE(RegistryTest::KeyExists(a + L"\\C"));
+
+    ClearLog();
+    EXPECT_EQ(0, reg.DeleteKey(nullptr));
+    EXPECT_EQ(ERROR_INVALID_PARAMETER, reg.GetErrorCode());
+    EXPECT_EQ(0, reg.CreateKey(nullptr));
+    EXPECT_EQ((Texts{L"In COXRegistry::DeleteKey() : Invalid parameter",
+                     L"In COXRegistry::CreateKey() : Invalid parameter"}),
+              Logged());
+}
+
+// A failed OpenKey leaves no key: operations on the current key fail with the platform's
+// status for a null handle.
+TEST_F(COXRegistryTest, AFailedOpenLeavesNoKey) {
+    COXRegistry reg;
+    ASSERT_EQ(1, reg.OpenPath(Path().c_str(), HKEY_CURRENT_USER));
+    ClearLog();
+    EXPECT_EQ(0, reg.OpenKey((Path() + L"\\missing").c_str()));
+    EXPECT_EQ(0, reg.FlushRegistry());
+    EXPECT_EQ(ERROR_INVALID_HANDLE, reg.GetErrorCode());
+    EXPECT_EQ((Texts{L"In COXRegistry::OpenKey() : Open failed (error code 2)",
+                     L"In COXRegistry::Flush() : Flush failed (error code 6)"}),
+              Logged());
+}
+
+// The operations reach one another through the virtual slots.
+class CountingRegistry : public COXRegistry {
+public:
+    int QueryValue(const wchar_t* name, KeyValueTypes& type, BYTE* data, DWORD& size) override {
+        ++queries;
+        return COXRegistry::QueryValue(name, type, data, size);
+    }
+    int QueryInfo() override {
+        ++infos;
+        return COXRegistry::QueryInfo();
+    }
+    int SetValue(const wchar_t* name, KeyValueTypes type, BYTE* data, size_t size) override {
+        ++writes;
+        return COXRegistry::SetValue(name, type, data, size);
+    }
+    int Connect(HKEY root, const wchar_t* computer) override {
+        ++connects;
+        return COXRegistry::Connect(root, computer);
+    }
+    using COXRegistry::Connect;
+    using COXRegistry::SetValue;
+    int queries = 0, infos = 0, writes = 0, connects = 0;
+};
+
+TEST_F(COXRegistryTest, OperationsCallEachOtherThroughTheirSlots) {
+    CountingRegistry reg;
+    ASSERT_EQ(1, reg.OpenPath(Path().c_str(), HKEY_CURRENT_USER));
+    EXPECT_EQ(1, reg.connects);
+    EXPECT_EQ(4, reg.infos); // one OpenKey per level: Software, KelSDK.Tests, <pid>, <test>
+    reg.SetValue(L"n", DWORD(1));
+    reg.SetStringValue(L"s", L"x");
+    EXPECT_EQ(2, reg.writes);
+    DWORD n = 0;
+    reg.GetValue(L"n", n);
+    EXPECT_EQ(1, reg.queries);
+
+    const CRuntimeClass* record = reg.GetRuntimeClass();
+    EXPECT_STREQ("COXRegistry", COXRegistry::GetThisClass()->m_lpszClassName);
+    EXPECT_EQ(COXRegistry::GetThisClass(), record);
+    EXPECT_TRUE(reg.IsKindOf(RUNTIME_CLASS(CObject)));
+    CObject* created = RUNTIME_CLASS(COXRegistry)->CreateObject();
+    ASSERT_NE(nullptr, created);
+    EXPECT_TRUE(created->IsKindOf(RUNTIME_CLASS(COXRegistry)));
+    delete created;
+}
+
+TEST_F(COXRegistryTest, NotifyChangeSignalsAWrite) {
+    COXRegistry reg;
+    OpenTestKey(reg);
+    HANDLE event = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    ASSERT_EQ(1, reg.NotifyChange(event, Reg::notifyLastSet, TRUE, TRUE));
+    EXPECT_EQ(static_cast<DWORD>(WAIT_TIMEOUT), WaitForSingleObject(event, 0));
+    COXRegistry writer;
+    OpenTestKey(writer);
+    writer.SetValue(L"v", DWORD(1));
+    EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(event, 5000));
+    CloseHandle(event);
+}
+
+} // namespace
