@@ -5,7 +5,11 @@ namespace {
 
 class RootKey : public ::testing::Environment {
 public:
-    void TearDown() override { RegDeleteTreeW(HKEY_CURRENT_USER, Root().c_str()); }
+    void TearDown() override {
+        RegDeleteTreeW(HKEY_CURRENT_USER, Root().c_str());
+        // The common parent goes with the last test program that used it.
+        RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\KelSDK.Tests");
+    }
 };
 ::testing::Environment* const g_root = ::testing::AddGlobalTestEnvironment(new RootKey);
 
