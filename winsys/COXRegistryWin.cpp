@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include <algorithm>
 #include <memory>
 #include <new>
 
@@ -45,6 +46,24 @@ void Log(const wchar_t* op, const wchar_t* text) {
 
 void LogCode(const wchar_t* op, const wchar_t* text, LONG code) {
     KelBase::LogErrorCode(L"COXRegistry", op, text, code);
+}
+
+// Whether an argument is missing; if so stores 87 and logs it for `op`.
+bool Missing(bool missing, LONG& status, const wchar_t* op) {
+    if (missing) {
+        status = ERROR_INVALID_PARAMETER;
+        Log(op, L"Invalid parameter");
+    }
+    return missing;
+}
+
+// Stores the platform's status; a failure is logged for `op` with its code. 1 on success.
+int Checked(LONG result, LONG& status, const wchar_t* op, const wchar_t* text) {
+    status = result;
+    if (result == ERROR_SUCCESS)
+        return 1;
+    LogCode(op, text, result);
+    return 0;
 }
 
 const wchar_t* RootName(HKEY root) {
@@ -124,18 +143,13 @@ int COXRegistry::Connect(HKEY root, const wchar_t* computer) {
         if (!Disconnect())
             return 0;
     }
-    HKEY connected = nullptr;
-    if (root == HKEY_CLASSES_ROOT || root == HKEY_CURRENT_USER) {
-        // The platform cannot reach another machine's view of these two.
-        m_nRetCode = computer ? ERROR_INVALID_HANDLE : ERROR_SUCCESS;
-        connected = root;
-    } else {
-        m_nRetCode = RegConnectRegistryW(computer, root, &connected);
-    }
-    if (m_nRetCode != ERROR_SUCCESS) {
-        LogCode(L"Connect", L"Registry connection failed", m_nRetCode);
+    HKEY connected = root;
+    // The platform cannot reach another machine's view of these two.
+    const bool userRoot = root == HKEY_CLASSES_ROOT || root == HKEY_CURRENT_USER;
+    const LONG status = userRoot ? (computer ? ERROR_INVALID_HANDLE : ERROR_SUCCESS)
+                                 : RegConnectRegistryW(computer, root, &connected);
+    if (!Checked(status, m_nRetCode, L"Connect", L"Registry connection failed"))
         return 0;
-    }
     m_hRegistry = connected;
     if (computer) {
         m_sComputerName = computer;
@@ -156,19 +170,14 @@ int COXRegistry::Connect(HKEY root, const wchar_t* computer) {
 int COXRegistry::CreateKey(const wchar_t* name, const wchar_t* className, CreateOptions options,
                            CreatePermissions access, SECURITY_ATTRIBUTES* security,
                            CreationDisposition* disposition) {
-    if (!name) {
-        m_nRetCode = ERROR_INVALID_PARAMETER;
-        Log(L"CreateKey", L"Invalid parameter");
+    if (Missing(!name, m_nRetCode, L"CreateKey"))
         return 0;
-    }
     DWORD created = 0;
-    m_nRetCode =
-        RegCreateKeyExW(m_hRegistry, name, 0, const_cast<wchar_t*>(className ? className : L""),
-                        options, access, security, &m_hKey, &created);
-    if (m_nRetCode != ERROR_SUCCESS) {
-        LogCode(L"CreateKey", L"Subkey creation failed", m_nRetCode);
+    if (!Checked(RegCreateKeyExW(m_hRegistry, name, 0,
+                                 const_cast<wchar_t*>(className ? className : L""), options, access,
+                                 security, &m_hKey, &created),
+                 m_nRetCode, L"CreateKey", L"Subkey creation failed"))
         return 0;
-    }
     if (disposition)
         *disposition = static_cast<CreationDisposition>(created);
     m_sKeyName = name;
@@ -176,35 +185,22 @@ int COXRegistry::CreateKey(const wchar_t* name, const wchar_t* className, Create
 }
 
 int COXRegistry::DeleteKey(const wchar_t* name) {
-    if (!name) {
-        m_nRetCode = ERROR_INVALID_PARAMETER;
-        Log(L"DeleteKey", L"Invalid parameter");
+    if (Missing(!name, m_nRetCode, L"DeleteKey"))
         return 0;
-    }
     const CString path(name);
     const int cut = path.ReverseFind(L'\\');
-    if (cut < 0) {
-        m_nRetCode = RegDeleteKeyW(m_hKey, name);
-    } else if (!OpenKey(path.Left(cut), permissionAllAccess)) {
-        LogCode(L"DeleteKey", L"Subkey deletion failed", m_nRetCode);
-        return 0;
-    } else {
-        m_nRetCode = RegDeleteKeyW(m_hKey, path.Mid(cut + 1));
-    }
-    if (m_nRetCode != ERROR_SUCCESS) {
+    // A path is deleted beneath its parent, opened from the root and left open.
+    if (cut >= 0 && !OpenKey(path.Left(cut), permissionAllAccess)) {
         LogCode(L"DeleteKey", L"Subkey deletion failed", m_nRetCode);
         return 0;
     }
-    return 1;
+    return Checked(RegDeleteKeyW(m_hKey, path.Mid(cut + 1)), m_nRetCode, L"DeleteKey",
+                   L"Subkey deletion failed");
 }
 
 int COXRegistry::DeleteValue(const wchar_t* name) {
-    m_nRetCode = RegDeleteValueW(m_hKey, name);
-    if (m_nRetCode != ERROR_SUCCESS) {
-        LogCode(L"DeleteValue", L"Value deletion failed", m_nRetCode);
-        return 0;
-    }
-    return 1;
+    return Checked(RegDeleteValueW(m_hKey, name), m_nRetCode, L"DeleteValue",
+                   L"Value deletion failed");
 }
 
 int COXRegistry::EnumerateKeys(DWORD index, CString& name, CString& className) {
@@ -213,12 +209,10 @@ int COXRegistry::EnumerateKeys(DWORD index, CString& name, CString& className) {
     DWORD nameLength = KeyNameCapacity;
     DWORD classLength = KeyNameCapacity;
     FILETIME written{};
-    m_nRetCode = RegEnumKeyExW(m_hKey, index, nameBuffer, &nameLength, nullptr, classBuffer,
-                               &classLength, &written);
-    if (m_nRetCode != ERROR_SUCCESS) {
-        LogCode(L"EnumerateKeys", L"Enumeration failed", m_nRetCode);
+    if (!Checked(RegEnumKeyExW(m_hKey, index, nameBuffer, &nameLength, nullptr, classBuffer,
+                               &classLength, &written),
+                 m_nRetCode, L"EnumerateKeys", L"Enumeration failed"))
         return 0;
-    }
     m_ftLastWrite = written;
     name = CString(nameBuffer, static_cast<int>(nameLength));
     className = CString(classBuffer, static_cast<int>(classLength));
@@ -231,12 +225,10 @@ int COXRegistry::EnumerateValues(DWORD index, CString& name, KeyValueTypes& type
     DWORD nameLength = ValueNameCapacity;
     DWORD stored = 0;
     DWORD dataSize = size;
-    m_nRetCode =
-        RegEnumValueW(m_hKey, index, nameBuffer, &nameLength, nullptr, &stored, data, &dataSize);
-    if (m_nRetCode != ERROR_SUCCESS) {
-        LogCode(L"EnumerateValues", L"Enumeration failed", m_nRetCode);
+    if (!Checked(RegEnumValueW(m_hKey, index, nameBuffer, &nameLength, nullptr, &stored, data,
+                               &dataSize),
+                 m_nRetCode, L"EnumerateValues", L"Enumeration failed"))
         return 0;
-    }
     name = CString(nameBuffer, static_cast<int>(nameLength));
     type = static_cast<KeyValueTypes>(stored);
     size = dataSize;
@@ -244,12 +236,7 @@ int COXRegistry::EnumerateValues(DWORD index, CString& name, KeyValueTypes& type
 }
 
 int COXRegistry::FlushRegistry() {
-    m_nRetCode = RegFlushKey(m_hKey);
-    if (m_nRetCode != ERROR_SUCCESS) {
-        LogCode(L"Flush", L"Flush failed", m_nRetCode);
-        return 0;
-    }
-    return 1;
+    return Checked(RegFlushKey(m_hKey), m_nRetCode, L"Flush", L"Flush failed");
 }
 
 int COXRegistry::GetBinaryValue(const wchar_t* name, CByteArray& value) {
@@ -308,11 +295,8 @@ int COXRegistry::GetRegistryName(CString& name) const {
 
 int COXRegistry::GetSecurity(SECURITY_INFORMATION what, PSECURITY_DESCRIPTOR descriptor,
                              DWORD& size) {
-    if (!descriptor) {
-        m_nRetCode = ERROR_INVALID_PARAMETER;
-        Log(L"GetSecurity", L"Invalid parameter");
+    if (Missing(!descriptor, m_nRetCode, L"GetSecurity"))
         return 0;
-    }
     m_nRetCode = RegGetKeySecurity(m_hKey, what, descriptor, &size);
     return m_nRetCode == ERROR_SUCCESS;
 }
@@ -343,17 +327,10 @@ int COXRegistry::GetValue(const wchar_t* name, CByteArray& value) {
 }
 
 int COXRegistry::LoadFromFile(const wchar_t* subkey, const wchar_t* file) {
-    if (!subkey || !file) {
-        m_nRetCode = ERROR_INVALID_PARAMETER;
-        Log(L"LoadFromFile", L"Invalid parameter");
+    if (Missing(!subkey || !file, m_nRetCode, L"LoadFromFile"))
         return 0;
-    }
-    m_nRetCode = RegLoadKeyW(m_hRegistry, subkey, file);
-    if (m_nRetCode != ERROR_SUCCESS) {
-        LogCode(L"LoadFromFile", L"Load failed", m_nRetCode);
-        return 0;
-    }
-    return 1;
+    return Checked(RegLoadKeyW(m_hRegistry, subkey, file), m_nRetCode, L"LoadFromFile",
+                   L"Load failed");
 }
 
 int COXRegistry::NotifyChange(HANDLE event, NotifyChangeFilter filter, BOOL watchSubtree,
@@ -367,12 +344,11 @@ int COXRegistry::OpenKey(const wchar_t* name, CreatePermissions access) {
         m_nRetCode = RegCloseKey(m_hKey);
         m_hKey = nullptr;
     }
-    m_nRetCode = RegOpenKeyExW(m_hRegistry, name, 0, access, &m_hKey);
-    if (m_nRetCode != ERROR_SUCCESS) {
-        m_hKey = nullptr;
-        LogCode(L"OpenKey", L"Open failed", m_nRetCode);
+    HKEY key = nullptr;
+    if (!Checked(RegOpenKeyExW(m_hRegistry, name, 0, access, &key), m_nRetCode, L"OpenKey",
+                 L"Open failed"))
         return 0;
-    }
+    m_hKey = key;
     QueryInfo();
     m_sKeyName = name;
     return 1;
@@ -418,14 +394,12 @@ int COXRegistry::OpenPath(const wchar_t* path, HKEY root, CreatePermissions acce
 int COXRegistry::QueryInfo() {
     wchar_t classBuffer[KeyNameCapacity + 1] = {};
     DWORD classLength = KeyNameCapacity;
-    m_nRetCode =
-        RegQueryInfoKeyW(m_hKey, classBuffer, &classLength, nullptr, &m_nSubkeys,
-                         &m_nMaxSubkeyNameLen, &m_nMaxClassLen, &m_nValues, &m_nMaxValueNameLen,
-                         &m_nMaxValueDataLen, &m_nSecurityDescriptorLen, &m_ftLastWrite);
-    if (m_nRetCode != ERROR_SUCCESS) {
-        LogCode(L"QueryInfo", L"QueryInfo failed", m_nRetCode);
+    if (!Checked(RegQueryInfoKeyW(m_hKey, classBuffer, &classLength, nullptr, &m_nSubkeys,
+                                  &m_nMaxSubkeyNameLen, &m_nMaxClassLen, &m_nValues,
+                                  &m_nMaxValueNameLen, &m_nMaxValueDataLen,
+                                  &m_nSecurityDescriptorLen, &m_ftLastWrite),
+                 m_nRetCode, L"QueryInfo", L"QueryInfo failed"))
         return 0;
-    }
     m_sClassName = CString(classBuffer, static_cast<int>(classLength));
     return 1;
 }
@@ -433,11 +407,9 @@ int COXRegistry::QueryInfo() {
 int COXRegistry::QueryValue(const wchar_t* name, KeyValueTypes& type, BYTE* data, DWORD& size) {
     DWORD stored = 0;
     DWORD dataSize = size;
-    m_nRetCode = RegQueryValueExW(m_hKey, name, nullptr, &stored, data, &dataSize);
-    if (m_nRetCode != ERROR_SUCCESS) {
-        LogCode(L"QueryValue", L"QueryValue failed", m_nRetCode);
+    if (!Checked(RegQueryValueExW(m_hKey, name, nullptr, &stored, data, &dataSize), m_nRetCode,
+                 L"QueryValue", L"QueryValue failed"))
         return 0;
-    }
     type = static_cast<KeyValueTypes>(stored);
     size = dataSize;
     return 1;
@@ -445,45 +417,23 @@ int COXRegistry::QueryValue(const wchar_t* name, KeyValueTypes& type, BYTE* data
 
 int COXRegistry::ReplaceFile(const wchar_t* subkey, const wchar_t* newFile,
                              const wchar_t* oldFile) {
-    if (!subkey || !newFile || !oldFile) {
-        m_nRetCode = ERROR_INVALID_PARAMETER;
-        Log(L"ReplaceFile", L"Invalid parameter");
+    if (Missing(!subkey || !newFile || !oldFile, m_nRetCode, L"ReplaceFile"))
         return 0;
-    }
-    m_nRetCode = RegReplaceKeyW(m_hKey, subkey, newFile, oldFile);
-    if (m_nRetCode != ERROR_SUCCESS) {
-        LogCode(L"ReplaceFile", L"Key replacing failed", m_nRetCode);
-        return 0;
-    }
-    return 1;
+    return Checked(RegReplaceKeyW(m_hKey, subkey, newFile, oldFile), m_nRetCode, L"ReplaceFile",
+                   L"Key replacing failed");
 }
 
 int COXRegistry::RestoreFromFile(const wchar_t* file, DWORD flags) {
-    if (!file) {
-        m_nRetCode = ERROR_INVALID_PARAMETER;
-        Log(L"RestoreFromFile", L"Invalid parameter");
+    if (Missing(!file, m_nRetCode, L"RestoreFromFile"))
         return 0;
-    }
-    m_nRetCode = RegRestoreKeyW(m_hKey, file, flags);
-    if (m_nRetCode != ERROR_SUCCESS) {
-        LogCode(L"RestoreFromFile", L"Restore failed", m_nRetCode);
-        return 0;
-    }
-    return 1;
+    return Checked(RegRestoreKeyW(m_hKey, file, flags), m_nRetCode, L"RestoreFromFile",
+                   L"Restore failed");
 }
 
 int COXRegistry::SaveToFile(const wchar_t* file, SECURITY_ATTRIBUTES* security) {
-    if (!file) {
-        m_nRetCode = ERROR_INVALID_PARAMETER;
-        Log(L"SaveToFile", L"Invalid parameter");
+    if (Missing(!file, m_nRetCode, L"SaveToFile"))
         return 0;
-    }
-    m_nRetCode = RegSaveKeyW(m_hKey, file, security);
-    if (m_nRetCode != ERROR_SUCCESS) {
-        LogCode(L"SaveToFile", L"Save failed", m_nRetCode);
-        return 0;
-    }
-    return 1;
+    return Checked(RegSaveKeyW(m_hKey, file, security), m_nRetCode, L"SaveToFile", L"Save failed");
 }
 
 int COXRegistry::SetBinaryValue(const wchar_t* name, const CByteArray& value) {
@@ -502,11 +452,8 @@ int COXRegistry::SetDoubleWordValue(const wchar_t* name, DWORD value) {
 }
 
 int COXRegistry::SetSecurity(const SECURITY_INFORMATION& what, PSECURITY_DESCRIPTOR descriptor) {
-    if (!descriptor) {
-        m_nRetCode = ERROR_INVALID_PARAMETER;
-        Log(L"SetSecurity", L"Invalid parameter");
+    if (Missing(!descriptor, m_nRetCode, L"SetSecurity"))
         return 0;
-    }
     m_nRetCode = RegSetKeySecurity(m_hKey, what, descriptor);
     return m_nRetCode == ERROR_SUCCESS;
 }
@@ -518,11 +465,8 @@ int COXRegistry::SetStringValue(const wchar_t* name, const CString& value) {
 }
 
 int COXRegistry::SetValue(const wchar_t* name, KeyValueTypes type, BYTE* data, size_t size) {
-    if (!name || !data || size > MAXDWORD) {
-        m_nRetCode = ERROR_INVALID_PARAMETER;
-        Log(L"SetValue", L"Invalid parameter");
+    if (Missing(!name || !data || size > MAXDWORD, m_nRetCode, L"SetValue"))
         return 0;
-    }
     m_nRetCode = RegSetValueExW(m_hKey, name, 0, type, data, static_cast<DWORD>(size));
     return m_nRetCode == ERROR_SUCCESS;
 }
@@ -540,17 +484,9 @@ int COXRegistry::SetValue(const wchar_t* name, const CByteArray& value) {
 }
 
 int COXRegistry::UnLoadKey(const wchar_t* subkey) {
-    if (!subkey) {
-        m_nRetCode = ERROR_INVALID_PARAMETER;
-        Log(L"UnLoadKey", L"Invalid parameter");
+    if (Missing(!subkey, m_nRetCode, L"UnLoadKey"))
         return 0;
-    }
-    m_nRetCode = RegUnLoadKeyW(m_hKey, subkey);
-    if (m_nRetCode != ERROR_SUCCESS) {
-        LogCode(L"UnLoadKey", L"Unload failed", m_nRetCode);
-        return 0;
-    }
-    return 1;
+    return Checked(RegUnLoadKeyW(m_hKey, subkey), m_nRetCode, L"UnLoadKey", L"Unload failed");
 }
 
 int COXRegistry::CheckAndOpenKeyForWrite(const wchar_t* name) {
