@@ -9,7 +9,8 @@
 #   A DLL on Windows (its export macro sees <build-define>); a static library in the native
 #   build; DESCRIPTION goes into its version resource. PUBLIC_DIR (default: the folder's include/) holds the headers users see and is
 #   installed; PRIVATE_DIRS (default: the folder itself) only the library's own sources see.
-#   The target is exported as KelSDK::<name without "KelSDK.">.
+#   The target is exported as KelSDK::<name without "KelSDK.">. PUBLIC_DIR is also an input of
+#   the API documentation (cmake/Docs.cmake).
 #
 # kel_base_sources([SOURCES ...] [WINDOWS_SOURCES ...] [NATIVE_SOURCES ...] [LIBS ...])
 #   Adds a family's sources to KelSDK.Base.
@@ -79,6 +80,7 @@ function(kel_library target define)
     install(TARGETS ${target} EXPORT KelSDKBaseTargets
             RUNTIME DESTINATION bin ARCHIVE DESTINATION lib LIBRARY DESTINATION lib)
     install(DIRECTORY ${K_PUBLIC_DIR}/ DESTINATION include)
+    set_property(GLOBAL APPEND PROPERTY KEL_PUBLIC_DIRS ${K_PUBLIC_DIR})
 endfunction()
 
 function(kel_base_sources)

@@ -14,9 +14,9 @@ public:
     explicit CMapStringIToPtr(unsigned short blockSize = 10) : CMapStringToPtr(blockSize) {}
 
     bool Lookup(const wchar_t* key, void*& value) const;
-    // The entry's value slot; a key matching no entry is added as spelled.
+    /// The entry's value slot; a key matching no entry is added as spelled.
     void*& operator[](const wchar_t* key);
-    // The base's SetAt is not virtual and compares exactly: it would add a second spelling.
+    /// The base's SetAt is not virtual and compares exactly: it would add a second spelling.
     void SetAt(const wchar_t* key, void* value) { (*this)[key] = value; }
     bool RemoveKey(const wchar_t* key);
 };
@@ -26,16 +26,16 @@ public:
     explicit CMapStringIToString(unsigned short blockSize = 10) : CMapStringToString(blockSize) {}
 
     bool Lookup(const wchar_t* key, CString& value) const;
-    // The entry's value slot; a key matching no entry is added as spelled.
+    /// The entry's value slot; a key matching no entry is added as spelled.
     CString& operator[](const wchar_t* key);
-    // Hides the base's exact SetAt, as above.
+    /// Hides the base's exact SetAt, as above.
     void SetAt(const wchar_t* key, const wchar_t* value) { (*this)[key] = value; }
     bool RemoveKey(const wchar_t* key);
 };
 
-// Owns its objects: deletes them when they are replaced through Set, removed through RemoveKey
-// or RemoveAll, or when the map is destroyed. RemoveKey2 hands the object to the caller, and
-// assigning through operator[] deletes nothing.
+/// Owns its objects: deletes them when they are replaced through Set, removed through RemoveKey
+/// or RemoveAll, or when the map is destroyed. RemoveKey2 hands the object to the caller, and
+/// assigning through operator[] deletes nothing.
 class KELBASE_API CMapStringIToObject {
 public:
     CMapStringIToObject() = default;
@@ -43,14 +43,14 @@ public:
     CMapStringIToObject(const CMapStringIToObject&) = delete;
     CMapStringIToObject& operator=(const CMapStringIToObject&) = delete;
 
-    // Stores `object` under `key` and deletes the object it replaces. Returns true when the key
-    // existed before (including when it already held `object`, which changes nothing).
+    /// Stores `object` under `key` and deletes the object it replaces. Returns true when the key
+    /// existed before (including when it already held `object`, which changes nothing).
     bool Set(const wchar_t* key, CObject* object);
     bool Lookup(const wchar_t* key, CObject*& object) const;
     CObject*& operator[](const wchar_t* key);
-    // Removes the entry and deletes its object; true when the key was found.
+    /// Removes the entry and deletes its object; true when the key was found.
     bool RemoveKey(const wchar_t* key);
-    // Removes the entry and returns its object, now the caller's; null for a missing key.
+    /// Removes the entry and returns its object, now the caller's; null for a missing key.
     CObject* RemoveKey2(const wchar_t* key);
     void RemoveAll();
 
@@ -59,7 +59,7 @@ public:
     void GetNextAssoc(POSITION& position, CString& key, CObject*& object) const;
 
 private:
-    // Removes the entry of `key` and hands its object out; false when there is none.
+    /// Removes the entry of `key` and hands its object out; false when there is none.
     bool Detach(const wchar_t* key, CObject*& object);
 
     CMapStringIToPtr m_map{10};

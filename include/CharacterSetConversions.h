@@ -15,38 +15,38 @@
 
 namespace CharacterSetConversions {
 
-// Plain copies; they fail only for a null source.
+/// Plain copies; they fail only for a null source.
 KELBASE_API bool CopyToNewMBCS(char*& out, size_t& length, const char* source);
 KELBASE_API bool CopyToNewWCS(wchar_t*& out, size_t& length, const wchar_t* source);
 KELBASE_API bool CopyToNewWCS(wchar_t*& out, size_t& length, const MString& source);
 KELBASE_API bool CopyToNewWCS(wchar_t*& out, size_t& length, const CString& source);
 KELBASE_API bool CopyToNewWCS(wchar_t*& out, size_t& length, const std::wstring& source);
-// The library's text character is wide: the same as CopyToNewWCS.
+/// The library's text character is wide: the same as CopyToNewWCS.
 KELBASE_API bool CopyToNewTCS(wchar_t*& out, size_t& length, const wchar_t* source);
 
 #ifdef _WIN32
-// Conversions to the active code page; they fail when the platform reports length 0.
-// Unmappable characters become `*defaultChar` when it is non-null, else the platform's
-// default character.
+/// Conversions to the active code page; they fail when the platform reports length 0.
+/// Unmappable characters become `*defaultChar` when it is non-null, else the platform's
+/// default character.
 KELBASE_API bool CopyToNewMBCS(char*& out, size_t& length, const wchar_t* source,
                                const char* defaultChar);
 KELBASE_API bool CopyToNewMBCS(char*& out, size_t& length, const MString& source);
 KELBASE_API bool CopyToNewMBCS(char*& out, size_t& length, const CString& source);
 KELBASE_API bool CopyToNewMBCS(char*& out, size_t& length, const std::wstring& source);
-// Conversions from the active code page; they fail when the platform reports length 0.
+/// Conversions from the active code page; they fail when the platform reports length 0.
 KELBASE_API bool CopyToNewWCS(wchar_t*& out, size_t& length, const char* source);
 KELBASE_API bool CopyToNewTCS(wchar_t*& out, size_t& length, const char* source);
 #endif
 
-// Holds a converted or copied text for the duration of a call; null when the conversion
-// produced nothing.
+/// Holds a converted or copied text for the duration of a call; null when the conversion
+/// produced nothing.
 template <class T> class String;
 
 template <> class KELBASE_API String<char> {
 public:
     explicit String(const char* text);
 #ifdef _WIN32
-    // `defaultChar` replaces the characters the code page cannot represent.
+    /// `defaultChar` replaces the characters the code page cannot represent.
     String(const wchar_t* text, char defaultChar);
     explicit String(const CString& text);
     explicit String(const MString& text);
@@ -66,7 +66,7 @@ private:
 
 template <> class KELBASE_API String<wchar_t> {
 public:
-    // The second argument mirrors String<char> and is ignored.
+    /// The second argument mirrors String<char> and is ignored.
     String(const wchar_t* text, char);
     explicit String(const CString& text);
     explicit String(const MString& text);

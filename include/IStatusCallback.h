@@ -11,12 +11,12 @@ class KELBASE_API IStatusCallback {
 public:
     virtual ~IStatusCallback() = default;
 
-    // A listener installs itself as mp_instance; StopListen uninstalls whatever is installed.
+    /// A listener installs itself as mp_instance; StopListen uninstalls whatever is installed.
     virtual void StartListen() = 0;
     virtual void StopListen() = 0;
 
-    // Begins a level for its scope and ends it when it closes. The text goes to STATUS_BEGIN as
-    // its format, so a '%' in it must be doubled.
+    /// Begins a level for its scope and ends it when it closes. The text goes to STATUS_BEGIN as
+    /// its format, so a '%' in it must be doubled.
     class KELBASE_API Session {
     public:
         Session(double low, double high, const wchar_t* text);
@@ -79,11 +79,11 @@ public:
     static void STATUS_WARNING(const wchar_t* format, ...);
     static void STATUS_WARNINGV(const wchar_t* format, va_list args);
 
-    // The installed listener, not owned; null when none is installed.
+    /// The installed listener, not owned; null when none is installed.
     static IStatusCallback* mp_instance;
 
 protected:
-    // The listener's side of the statics above, reached only through them.
+    /// The listener's side of the statics above, reached only through them.
     virtual void Status(unsigned int id, va_list args) = 0;
     virtual void Status(const wchar_t* format, va_list args) = 0;
     virtual void StatusTemp(unsigned int id, va_list args) = 0;

@@ -1,7 +1,9 @@
 #pragma once
-// The one export macro of KelSDK.Base: every exported class and function carries it.
+/// @file
+/// The one export macro of KelSDK.Base: every exported class and function carries it.
 #include "KelDllApi.h"
 
+/// Marks a class or function exported by KelSDK.Base.
 #ifdef KELBASE_BUILD
 #define KELBASE_API KEL_DLL_EXPORT
 #else

@@ -12,40 +12,40 @@
 
 class KELBASE_API MProgress : public StdBase::LocalLocking {
 public:
-    // Orders the range; with `begin` the level registers with the manager at once.
+    /// Orders the range; with `begin` the level registers with the manager at once.
     MProgress(double low = 0.0, double high = 100.0, bool begin = true);
-    // Ends the level if it is still active.
+    /// Ends the level if it is still active.
     virtual ~MProgress();
-    // A level is registered by its address.
+    /// A level is registered by its address.
     MProgress(const MProgress&) = delete;
     MProgress& operator=(const MProgress&) = delete;
 
     void Begin(double low, double high);
     void End();
 
-    // Moves the position by `delta` (or by the pending step) and forwards the rounded
-    // percentage when it is above zero; the pending step is 1.0 again afterwards.
+    /// Moves the position by `delta` (or by the pending step) and forwards the rounded
+    /// percentage when it is above zero; the pending step is 1.0 again afterwards.
     void Increment(double delta);
     void Increment();
-    // Moves to `position` and forwards its percentage, whatever its sign.
+    /// Moves to `position` and forwards its percentage, whatever its sign.
     void SetCurrentPosition(double position);
     void Count(double position);
-    // Makes the next Increment() land on `target`.
+    /// Makes the next Increment() land on `target`.
     void SetNextPosition(double target);
-    // The size of the next Increment(), which is also the share of the parent's range that a
-    // child level's 0..100 percent maps onto.
+    /// The size of the next Increment(), which is also the share of the parent's range that a
+    /// child level's 0..100 percent maps onto.
     void SetChildWeight(double weight);
     void SetNextIncrement(double weight);
     void SetAdjustByLowerLevels(bool on);
 
     bool SetText(const wchar_t* text);
-    // The text of string `id` from the application's resource-string hook (empty without one).
+    /// The text of string `id` from the application's resource-string hook (empty without one).
     bool SetText(unsigned int id);
-    // The reference outlives the lock: callers must not change the text concurrently.
+    /// The reference outlives the lock: callers must not change the text concurrently.
     const std::wstring& GetText() const;
 
-    // Forwards to the manager. The window is appended whatever `level` says: the n-th window
-    // attached serves level n.
+    /// Forwards to the manager. The window is appended whatever `level` says: the n-th window
+    /// attached serves level n.
     static void ResetUITargets();
     static void AttachUITarget(long level, HWND window);
     static void EnableAbortButton(bool enable);
@@ -54,12 +54,12 @@ public:
     static bool GetAbortFlag();
     static void ResetAbortFlag();
     static MProgressManager::vector_facade GetProgressPointers();
-    // Increments the innermost active level by exactly 1.0; `delta` is ignored on purpose
-    // (MProgressManager::IncrementLast passes its argument on).
+    /// Increments the innermost active level by exactly 1.0; `delta` is ignored on purpose
+    /// (MProgressManager::IncrementLast passes its argument on).
     static void IncrementLast(double delta);
 
 protected:
-    // Called after each percentage that was actually forwarded.
+    /// Called after each percentage that was actually forwarded.
     virtual void _OnActualUpdate(long percent);
 
     void _SetRange(double a, double b);
@@ -69,13 +69,13 @@ protected:
     void _SendMessageUpdate(long percent);
 
 private:
-    // The manager reads a level's index, step, position, scale and text, and forwards folded
-    // percentages to parents.
+    /// The manager reads a level's index, step, position, scale and text, and forwards folded
+    /// percentages to parents.
     friend class MProgressManager;
 
     static const size_t NotRegistered = static_cast<size_t>(-1);
 
-    // _SendMessageUpdate, called only for a percentage above the high-water mark.
+    /// _SendMessageUpdate, called only for a percentage above the high-water mark.
     void _ForwardIfNew(long percent);
 
     bool m_active;
@@ -84,9 +84,9 @@ private:
     double m_rangeLow;
     double m_rangeHigh;
     double m_rangeSpan;
-    double m_scale; // percent per position unit; -1.0 until the level first begins
+    double m_scale; ///< percent per position unit; -1.0 until the level first begins
     double m_position;
     double m_step;
-    int m_lastPercent; // highest percentage ever forwarded, kept across an end and a new begin
+    int m_lastPercent; ///< highest percentage ever forwarded, kept across an end and a new begin
     std::wstring m_text;
 };

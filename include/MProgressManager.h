@@ -13,8 +13,8 @@
 
 class MProgress;
 
-// Told about every increment and every text change of any progress level. Not owned by the
-// manager, so it is never deleted through this interface.
+/// Told about every increment and every text change of any progress level. Not owned by the
+/// manager, so it is never deleted through this interface.
 class KELBASE_API IProgressSink {
 public:
     IProgressSink() = default;
@@ -31,9 +31,9 @@ protected:
 
 class KELBASE_API MProgressManager : public StdBase::GlobalLocking<MProgressManager> {
 public:
-    // Messages to progress windows: the window system's first user message (1024) + 1000..1004.
-    // wParam is the level index (0 for the abort button); lParam is 0 for begin and end, the
-    // percentage, the address of a zero-terminated wide text, or 1/0 to show/hide the button.
+    /// Messages to progress windows: the window system's first user message (1024) + 1000..1004.
+    /// wParam is the level index (0 for the abort button); lParam is 0 for begin and end, the
+    /// percentage, the address of a zero-terminated wide text, or 1/0 to show/hide the button.
     enum Message : unsigned int {
         MessageBegin = 2024,
         MessagePercent = 2025,
@@ -42,12 +42,12 @@ public:
         MessageAbortButton = 2028,
     };
 
-    // Delivers one message to a window: synchronously to a window of the calling thread;
-    // queued to a window of another thread unless onlyCurrentThreadWindows, then dropped.
+    /// Delivers one message to a window: synchronously to a window of the calling thread;
+    /// queued to a window of another thread unless onlyCurrentThreadWindows, then dropped.
     typedef void (*MessageDelivery)(HWND window, unsigned int message, std::uintptr_t wParam,
                                     std::intptr_t lParam, bool onlyCurrentThreadWindows);
 
-    // A view of the caller-managed stack of progress pointers (the manager never reads it).
+    /// A view of the caller-managed stack of progress pointers (the manager never reads it).
     class KELBASE_API vector_facade {
     public:
         explicit vector_facade(MProgressManager* manager) : m_manager(manager) {}
@@ -55,9 +55,9 @@ public:
         vector_facade& operator=(const vector_facade&) = default;
 
         size_t size() const;
-        MProgress* back() const; // undefined when empty
+        MProgress* back() const; ///< undefined when empty
         void push_back(MProgress* progress);
-        void pop_back(); // undefined when empty
+        void pop_back(); ///< undefined when empty
 
     private:
         MProgressManager* m_manager;
@@ -66,9 +66,9 @@ public:
     MProgressManager(const MProgressManager&) = default;
     MProgressManager& operator=(const MProgressManager&) = default;
 
-    // Registers a level; returns its index (its position in the list of active levels).
+    /// Registers a level; returns its index (its position in the list of active levels).
     static size_t Begin(MProgress* progress);
-    // Unregisters a level; always returns -1.
+    /// Unregisters a level; always returns -1.
     static size_t End(MProgress* progress);
     static void SetText(MProgress* progress);
     static void SendMessageUpdate(long percent, MProgress* progress);
@@ -87,9 +87,9 @@ public:
     static void IncrementLast(double delta);
     static vector_facade GetProgressPointers();
 
-    // Replaces how messages reach windows (systems without window messages, tests); null
-    // restores the platform's delivery. Returns the delivery that was in place. Not guarded:
-    // replace it while no level reports.
+    /// Replaces how messages reach windows (systems without window messages, tests); null
+    /// restores the platform's delivery. Returns the delivery that was in place. Not guarded:
+    /// replace it while no level reports.
     static MessageDelivery SetMessageDelivery(MessageDelivery delivery);
 
 private:
@@ -116,14 +116,14 @@ private:
     MProgress* _back() const;
     size_t _size() const;
 
-    // Sends `message` with wParam = level to the window of `level`, if that level has one.
+    /// Sends `message` with wParam = level to the window of `level`, if that level has one.
     void _SendToLevel(size_t level, unsigned int message, std::intptr_t lParam);
     void _MProgressSendMessage(HWND window, unsigned int message, std::uintptr_t wParam,
                                std::intptr_t lParam);
 
     bool m_abortFlag;
-    std::list<MProgress*> m_levels; // outermost first
-    std::vector<HWND> m_uiTargets;  // the n-th window shows level n
+    std::list<MProgress*> m_levels; ///< outermost first
+    std::vector<HWND> m_uiTargets;  ///< the n-th window shows level n
     IProgressSink* m_sink;
     std::vector<MProgress*> m_progressPointers;
     bool m_processOnlyCurrentThreadWindows;

@@ -14,9 +14,9 @@ class MProgress;
 class KELBASE_API MStatusCallbackToMProgressImpl : public IStatusCallback,
                                                    public StdBase::LocalLocking {
 public:
-    // With `listen` the new object installs itself as the listener.
+    /// With `listen` the new object installs itself as the listener.
     explicit MStatusCallbackToMProgressImpl(bool listen = true);
-    // Uninstalls whatever listener is installed. Levels still open are not deleted.
+    /// Uninstalls whatever listener is installed. Levels still open are not deleted.
     ~MStatusCallbackToMProgressImpl() override;
     MStatusCallbackToMProgressImpl(const MStatusCallbackToMProgressImpl&) = delete;
     MStatusCallbackToMProgressImpl& operator=(const MStatusCallbackToMProgressImpl&) = delete;
@@ -57,19 +57,19 @@ protected:
     void StatusWarning(unsigned int id, va_list args) override;
     void StatusWarning(const wchar_t* format, va_list args) override;
 
-    // The calling thread's id (GetCurrentThreadId on Windows).
+    /// The calling thread's id (GetCurrentThreadId on Windows).
     unsigned int GetThreadId() const;
 
 private:
-    // The calling thread's levels, outermost first; null before the thread's first begin.
+    /// The calling thread's levels, outermost first; null before the thread's first begin.
     std::vector<MProgress*>* _CurrentLevels();
-    // The same, created empty on the thread's first begin.
+    /// The same, created empty on the thread's first begin.
     std::vector<MProgress*>& _CurrentLevelsForBegin();
 
-    // Levels by thread id, owned: created by StatusBegin, deleted by StatusEnd. Entries are
-    // never removed. No lock guards the map (a lock made per call would guard nothing, so none
-    // is made): each thread only looks up and changes its own stack, and only a thread's first
-    // begin inserts its entry, which must not run while another thread reports (the caller's
-    // duty).
+    /// Levels by thread id, owned: created by StatusBegin, deleted by StatusEnd. Entries are
+    /// never removed. No lock guards the map (a lock made per call would guard nothing, so none
+    /// is made): each thread only looks up and changes its own stack, and only a thread's first
+    /// begin inserts its entry, which must not run while another thread reports (the caller's
+    /// duty).
     std::map<unsigned int, std::vector<MProgress*>> m_levelsByThread;
 };

@@ -12,31 +12,31 @@ class IUserUnitDependent;
 
 class KELBASE_API MUserUnit {
 public:
-    // A fixed underlying type, so that any integer stored by SetUnit is a valid value.
+    /// A fixed underlying type, so that any integer stored by SetUnit is a valid value.
     enum UNIT_TYPE : int { UNIT_MM = 0, UNIT_INCH = 1 };
 
     explicit MUserUnit(UNIT_TYPE unit);
-    // Listeners are not told; they are not owned.
+    /// Listeners are not told; they are not owned.
     ~MUserUnit();
     MUserUnit(const MUserUnit&) = delete;
     MUserUnit& operator=(const MUserUnit&) = delete;
 
-    // The process-wide unit, created at load with UNIT_MM before any dependent can register.
+    /// The process-wide unit, created at load with UNIT_MM before any dependent can register.
     static MUserUnit& GetInstance();
 
     UNIT_TYPE GetUnit() const { return m_unit; }
-    // The unit's texts (string ids 673/675 and 672/674) from the application's resource-string
-    // hook; empty while no hook is installed.
+    /// The unit's texts (string ids 673/675 and 672/674) from the application's resource-string
+    /// hook; empty while no hook is installed.
     const wchar_t* GetName() const { return m_name.c_str(); }
     const wchar_t* GetAbbreviation() const { return m_abbreviation.c_str(); }
 
-    // Stores `unit`. For UNIT_MM or UNIT_INCH it reloads the texts, format and factor (the
-    // process-wide instance also sets the internal units' conversion factor) and tells every
-    // listener when the unit changed. Any other value is stored and nothing else changes: the
-    // texts, format and factor stay those of the previous unit and nobody is told.
+    /// Stores `unit`. For UNIT_MM or UNIT_INCH it reloads the texts, format and factor (the
+    /// process-wide instance also sets the internal units' conversion factor) and tells every
+    /// listener when the unit changed. Any other value is stored and nothing else changes: the
+    /// texts, format and factor stay those of the previous unit and nobody is told.
     void SetUnit(UNIT_TYPE unit);
 
-    // A listener is held once; removing an unknown one does nothing.
+    /// A listener is held once; removing an unknown one does nothing.
     void AddUserUnitListener(IUserUnitDependent* listener);
     void RemoveUserUnitListener(IUserUnitDependent* listener);
 
@@ -46,7 +46,7 @@ public:
     double ConvertFromMmSquareToUI(double value) const;
     double ConvertFromUIToMmCubed(double value) const;
     double ConvertFromMmCubedToUI(double value) const;
-    // Rounded to the nearest STL unit and clamped to 32 bits.
+    /// Rounded to the nearest STL unit and clamped to 32 bits.
     long ConvertFromUIToStlUnits(double value) const;
     double ConvertFromStlUnitsToUI(long value) const;
     double ConvertFromUIToStlUnitsSquare(double value) const;
@@ -54,17 +54,17 @@ public:
     double ConvertFromUIToStlUnitsCubed(double value) const;
     double ConvertFromStlUnitsCubedToUI(double value) const;
 
-    // Writes the length in the user unit ("%5.2g" for millimetres, "%5.3g" for inches) and,
-    // with `withUnit`, a blank and the abbreviation. The text is cut to fit `size` characters
-    // with its terminator; nothing is written when size is 0.
+    /// Writes the length in the user unit ("%5.2g" for millimetres, "%5.3g" for inches) and,
+    /// with `withUnit`, a blank and the abbreviation. The text is cut to fit `size` characters
+    /// with its terminator; nothing is written when size is 0.
     void PrintMmInUI(wchar_t* buffer, size_t size, double mm, bool withUnit) const;
     void PrintStlUnitsInUI(wchar_t* buffer, size_t size, long stl, bool withUnit) const;
 
     static MUserUnit mg_user_unit;
 
 protected:
-    // Tells every listener, in address order. A listener may add or remove listeners (itself
-    // included) from its notification; one removed before its turn is not called.
+    /// Tells every listener, in address order. A listener may add or remove listeners (itself
+    /// included) from its notification; one removed before its turn is not called.
     void _OnUserUnitChanged();
 
 private:
@@ -80,14 +80,14 @@ private:
     double m_mmPerUnit;
 };
 
-// Hears of changes of the process-wide user unit for its whole life.
+/// Hears of changes of the process-wide user unit for its whole life.
 class KELBASE_API IUserUnitDependent {
 public:
-    // Registers with MUserUnit::GetInstance().
+    /// Registers with MUserUnit::GetInstance().
     IUserUnitDependent();
-    // A copy is not registered (its destructor's removal is harmless).
+    /// A copy is not registered (its destructor's removal is harmless).
     IUserUnitDependent(const IUserUnitDependent&);
-    // Leaves the registration of both objects as it is.
+    /// Leaves the registration of both objects as it is.
     IUserUnitDependent& operator=(const IUserUnitDependent&);
     virtual ~IUserUnitDependent();
 

@@ -1,5 +1,6 @@
 #pragma once
-// All framework classes and the base types of framework-style signatures.
+/// @file
+/// All framework classes and the base types of framework-style signatures.
 #include "AfxTypes.h"
 #include "CObject.h"
 #include "CString.h"

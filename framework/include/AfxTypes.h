@@ -1,8 +1,9 @@
 #pragma once
-// The Windows base types that framework-style signatures use, and POSITION.
-// On Windows they come from the SDK's own small headers, so <windows.h> may be included before
-// or after this one. Elsewhere they are defined with the widths they have on Windows: LONG,
-// ULONG and DWORD stay 32-bit although long is 64-bit there.
+/// @file
+/// The Windows base types that framework-style signatures use, and POSITION.
+/// On Windows they come from the SDK's own small headers, so <windows.h> may be included before
+/// or after this one. Elsewhere they are defined with the widths they have on Windows: LONG,
+/// ULONG and DWORD stay 32-bit although long is 64-bit there.
 #ifdef _WIN32
 #include <basetsd.h>
 #include <windef.h>
@@ -42,7 +43,9 @@ typedef const wchar_t* LPCTSTR;
 #endif
 #endif
 
-// Opaque iteration position of the framework's collections.
+/// The target of a POSITION; never defined further.
 struct __POSITION {};
+/// Opaque iteration position of the framework's collections; null after the last entry.
 typedef __POSITION* POSITION;
+/// The position a collection's GetStartPosition returns before the first entry is fetched.
 #define BEFORE_START_POSITION (reinterpret_cast<POSITION>(static_cast<INT_PTR>(-1)))

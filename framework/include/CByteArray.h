@@ -1,5 +1,7 @@
 #pragma once
-// The framework's array of bytes.
+/// @file
+/// The framework's array of bytes.
 #include "CArray.h"
 
+/// The framework's array of bytes.
 class CByteArray : public CArray<BYTE, BYTE> {};

@@ -1,24 +1,33 @@
 #pragma once
-// The framework's hashed map from wide-string keys, the common body of CMapStringToPtr and
-// CMapStringToString. Keys are hashed and compared exactly. Associations are allocated
-// nBlockSize at a time and recycled through a free list; iteration walks the buckets in order.
+/// @file
+/// The framework's hashed map from wide-string keys, the common body of CMapStringToPtr and
+/// CMapStringToString.
 #include <memory>
 #include <vector>
 
 #include "CObject.h"
 #include "CString.h"
 
+/// A hashed map from wide-string keys to VALUE, set from ARG_VALUE.
+///
+/// Keys are hashed and compared exactly. Associations are allocated nBlockSize at a time and
+/// recycled through a free list; iteration walks the buckets in order. A null key stands for
+/// the empty string.
 template <class VALUE, class ARG_VALUE> class CMapStringToValue : public CObject {
 public:
-    // A block size below 1 falls back to the framework's default of 10.
+    /// An empty map. A block size below 1 falls back to the framework's default of 10.
     explicit CMapStringToValue(INT_PTR nBlockSize = 10)
         : m_nBlockSize(nBlockSize > 0 ? nBlockSize : 10) {}
 
+    /// The number of entries.
     INT_PTR GetCount() const { return m_nCount; }
+    /// The number of entries, as GetCount.
     INT_PTR GetSize() const { return m_nCount; }
+    /// TRUE when the map has no entries.
     BOOL IsEmpty() const { return m_nCount == 0; }
 
-    // A null key stands for the empty string.
+    /// Copies the value of `key` to `rValue` and returns TRUE; FALSE (`rValue` untouched) when
+    /// the key is not in the map.
     BOOL Lookup(LPCTSTR key, VALUE& rValue) const {
         UINT bucket = 0;
         UINT hash = 0;
@@ -30,7 +39,7 @@ public:
         return TRUE;
     }
 
-    // The value slot of the key, created with an empty value when the key is new.
+    /// The value slot of the key, created with an empty value when the key is new.
     VALUE& operator[](LPCTSTR key) {
         UINT bucket = 0;
         UINT hash = 0;
@@ -47,8 +56,10 @@ public:
         }
         return assoc->value;
     }
+    /// Sets the value of `key`, adding the key when it is new.
     void SetAt(LPCTSTR key, ARG_VALUE newValue) { (*this)[key] = newValue; }
 
+    /// Removes the entry of `key`; FALSE when there was none.
     BOOL RemoveKey(LPCTSTR key) {
         if (m_table.empty()) {
             return FALSE;
@@ -66,7 +77,8 @@ public:
         return FALSE;
     }
 
-    // Frees every association; the hash table size stays as it was set.
+    /// Removes every entry and frees every association; the hash table size stays as it was
+    /// set.
     void RemoveAll() {
         m_table.clear();
         m_blocks.clear();
@@ -74,10 +86,12 @@ public:
         m_nCount = 0;
     }
 
+    /// The position before the first entry, for GetNextAssoc; null for an empty map.
     POSITION GetStartPosition() const { return m_nCount == 0 ? nullptr : BEFORE_START_POSITION; }
 
-    // Returns the entry at rNextPosition and advances it; null after the last entry. A null
-    // position leaves everything unchanged.
+    /// Copies the entry at `rNextPosition` to `rKey` and `rValue` and advances the position; it
+    /// becomes null after the last entry. A null position leaves everything unchanged. The map
+    /// must not change during an iteration.
     void GetNextAssoc(POSITION& rNextPosition, CString& rKey, VALUE& rValue) const {
         CAssoc* assoc = reinterpret_cast<CAssoc*>(rNextPosition);
         if (assoc == nullptr) {
@@ -99,10 +113,12 @@ public:
         rValue = assoc->value;
     }
 
+    /// The number of buckets (17 unless set by InitHashTable).
     UINT GetHashTableSize() const { return m_nHashTableSize; }
 
-    // A size of 0 is ignored. Existing entries are redistributed over the new table (the
-    // framework requires the map to be empty here).
+    /// Sets the number of buckets to `hashSize`, allocating the table now with `bAllocNow`
+    /// (else on the first insertion). A size of 0 is ignored. Existing entries are redistributed
+    /// over the new table (the framework requires the map to be empty here).
     void InitHashTable(UINT hashSize, BOOL bAllocNow = TRUE) {
         if (hashSize == 0) {
             return;
@@ -124,7 +140,7 @@ public:
         }
     }
 
-    // The framework's string hash.
+    /// The framework's string hash of `key` (hash * 33 + character, from 0).
     static UINT HashKey(LPCTSTR key) {
         UINT hash = 0;
         for (const wchar_t* p = Text(key); *p != 0; ++p) {

@@ -1,7 +1,9 @@
 #pragma once
-// Export macro of KelSDK.Framework.
+/// @file
+/// Export macro of KelSDK.Framework.
 #include "KelDllApi.h"
 
+/// Marks a class or function exported by KelSDK.Framework.
 #ifdef KELFW_BUILD
 #define KELFW_API KEL_DLL_EXPORT
 #else

@@ -1,7 +1,9 @@
 #pragma once
-// Export macro of KelSDK.FileIO.FileSystem.
+/// @file
+/// Export macro of KelSDK.FileIO.FileSystem.
 #include "KelDllApi.h"
 
+/// Marks a class or function exported by KelSDK.FileIO.FileSystem.
 #ifdef KELFS_BUILD
 #define KELFS_API KEL_DLL_EXPORT
 #else

@@ -1,7 +1,9 @@
 #pragma once
-// Export macro of KelSDK.Common.Progress.
+/// @file
+/// Export macro of KelSDK.Common.Progress.
 #include "KelDllApi.h"
 
+/// Marks a class or function exported by KelSDK.Common.Progress.
 #ifdef KELPRG_BUILD
 #define KELPRG_API KEL_DLL_EXPORT
 #else

@@ -1,5 +1,6 @@
 #pragma once
-// Base of the kit's exceptions: a wide message and a class name that derived classes report.
+/// @file
+/// Base of the kit's exceptions.
 #include <exception>
 #include <string>
 
@@ -7,19 +8,23 @@
 
 namespace KelSDK::Common {
 
+/// Base of the kit's exceptions: a wide message and a class name that derived classes report.
 class KELSHR_API MException : public std::exception {
 public:
+    /// An exception with an empty message.
     MException();
+    /// An exception with `message`.
     explicit MException(const std::wstring& message);
     ~MException() override;
 
-    // The name of the most derived class, e.g. L"MException".
+    /// The name of the most derived class, e.g. L"MException".
     virtual const wchar_t* GetName() const;
 
+    /// The message.
     // Inline on purpose: <windows.h> renames GetMessage to GetMessageW in some files only.
     const std::wstring& GetMessage() const { return m_message; }
 
-    // The message in the active code page.
+    /// The message in the active code page.
     const char* what() const noexcept override;
 
 private:

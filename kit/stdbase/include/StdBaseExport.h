@@ -1,7 +1,9 @@
 #pragma once
-// Export macro of KelSDK.StdBase.
+/// @file
+/// Export macro of KelSDK.StdBase.
 #include "KelDllApi.h"
 
+/// Marks a class or function exported by KelSDK.StdBase.
 #ifdef KELSTD_BUILD
 #define KELSTD_API KEL_DLL_EXPORT
 #else
