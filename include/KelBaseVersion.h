@@ -1,7 +1,9 @@
 #pragma once
+/// @file
+/// The version of the loaded library.
 #include "KelBaseExport.h"
 
-/// Version of the loaded library ("major.minor.patch") and the families it offers, one name
-/// per entry, terminated by a null pointer.
+/// The version of the loaded library, "major.minor.patch".
 KELBASE_API const wchar_t* KelBaseGetVersion();
+/// The families the loaded library offers, one name per entry, terminated by a null pointer.
 KELBASE_API const wchar_t* const* KelBaseGetFamilies();

@@ -1,6 +1,7 @@
 #pragma once
-// Resource strings and raw resources of the library's resource module, and the hook through
-// which an application serves the library's "Ex" string lookups from its own string source.
+/// @file
+/// Resource strings and raw resources of the library's resource module, and the hook through
+/// which an application serves the library's "Ex" string lookups from its own string source.
 #include <string>
 
 #include "CString.h"
@@ -25,11 +26,17 @@ protected:
 /// Installs the hook, or removes it when `wrapper` is null.
 KELBASE_API void SetMResStringWrapper(IResStringWrapper* wrapper);
 
-/// The "Ex" lookups go only to the hook; without one they find nothing. Without a hook the
+///@{
+/// String `id` from the installed hook into `text`; true when the hook found it. The "Ex"
+/// lookups go only to the hook; without one they find nothing. Without a hook the
 /// std::wstring overload empties `text`, the CString overload leaves `text` as it was.
 KELBASE_API bool KelResLoadStringEx(std::wstring& text, unsigned int id);
 KELBASE_API bool KelResLoadStringEx(CString& text, unsigned int id);
+///@}
+/// String `id` from the installed hook; empty when it is not found or there is no hook.
 KELBASE_API CString KelResLoadStringEx(unsigned int id);
+/// String `id` from the hook's LoadCharEx into `buffer` (capacity `size` characters), with
+/// its result; 0 without a hook.
 KELBASE_API int KelResLoadCharEx(wchar_t* buffer, unsigned int id, unsigned int size);
 
 #ifdef _WIN32
@@ -37,20 +44,29 @@ KELBASE_API int KelResLoadCharEx(wchar_t* buffer, unsigned int id, unsigned int 
 /// release, so the object only forgets what it found.
 class KELBASE_API CKelResource {
 public:
+    /// An object that holds no resource.
     CKelResource();
     ~CKelResource();
+    ///@{
+    /// Copies refer to the same resource data, which the module keeps.
     CKelResource(const CKelResource&) = default;
     CKelResource& operator=(const CKelResource&) = default;
+    ///@}
 
+    ///@{
     /// The process-wide resource module; null (the default) means the executable.
     static void SetResInstance(HINSTANCE instance);
     static HINSTANCE GetResInstance();
+    ///@}
 
     /// Finds, loads and locks resource `name` of `type`. After a failure past the find step the
     /// thread's last error is non-zero.
     bool Load(const wchar_t* name, const wchar_t* type);
+    /// The loaded resource's bytes; null when none is loaded.
     const void* GetData() const { return m_data; }
+    /// The loaded resource's size; 0 when none is loaded.
     unsigned long long GetSizeInBytes() const { return m_sizeInBytes; }
+    /// Forgets the loaded resource.
     void Release();
 
 private:

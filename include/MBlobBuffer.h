@@ -1,24 +1,31 @@
 #pragma once
-// Growable byte buffers that reallocate in steps of 1024 bytes and keep their block while a new
-// content fits with at most 1024 bytes to spare, so buffers refilled per record or per tag do
-// not reallocate each time.
+/// @file
+/// Growable byte buffers that reallocate in steps of 1024 bytes and keep their block while a new
+/// content fits with at most 1024 bytes to spare, so buffers refilled per record or per tag do
+/// not reallocate each time.
 #include <cstddef>
 #include <memory>
 
 #include "KelBaseExport.h"
 
+/// The storage of a blob buffer.
+///
 /// Owns the storage. The capacity is 0 or a multiple of 1024, at least the size (a new block
 /// always has room to spare; a block reused for exactly its own size has none); the data is
 /// null exactly when the capacity is 0.
 class KELBASE_API MBlobImpl {
 public:
+    /// An empty blob without storage.
     MBlobImpl() = default;
-    /// A blob owns its block; copies would need a policy nobody asked for.
+    // A blob owns its block; copies would need a policy nobody asked for.
     MBlobImpl(const MBlobImpl&) = delete;
     MBlobImpl& operator=(const MBlobImpl&) = delete;
 
+    /// The content; null when there is no storage.
     unsigned char* GetData() const { return m_data.get(); }
+    /// The size of the content in bytes.
     unsigned long long GetSize() const { return m_size; }
+    /// The size of the block in bytes: 0 or a multiple of 1024.
     unsigned long long GetCapacity() const { return m_capacity; }
 
 protected:
@@ -39,6 +46,7 @@ private:
     unsigned long long m_size = 0;
 };
 
+/// A byte buffer refilled with a copy of each new content.
 class KELBASE_API MBlobBuffer : public MBlobImpl {
 public:
     /// Makes the buffer hold a copy of `count` bytes from `source`, which may lie inside the

@@ -1,16 +1,20 @@
 #pragma once
-// Values kept in the kit's internal units (MInternalUnits, STL units per millimetre) that follow
-// changes of the internal resolution, and the base that lets an object hear such changes.
+/// @file
+/// Values kept in the kit's internal units (MInternalUnits, STL units per millimetre) that
+/// follow changes of the internal resolution, and the base that lets an object hear such
+/// changes.
 #include <cstdint>
 
 #include "KelBaseExport.h"
 #include "MInternalUnits.h"
 
+/// The base of objects that hear of changes of the internal resolution while they live.
 class KELBASE_API IInternalUnitsObserver : public KelSDK::Common::MInternalUnitsObserver {
 public:
     /// The default resolution.
     static const int32_t m_default_units = 10000;
 
+    /// Unregisters the observer.
     ~IInternalUnitsObserver() override;
 
     /// Does nothing and returns false.
@@ -21,12 +25,15 @@ public:
     static double GetInternalUnits();
     /// MInternalUnits::Set: rescales every registered value; false when the change is refused.
     static bool SetInternalUnits(double units);
+    /// MInternalUnits::CanChange: whether SetInternalUnits may change the resolution.
     static bool IsInternalUnitsChangeAllowed();
 
 protected:
-    /// Registers with MInternalUnits; a copy is not registered.
+    /// Registers with MInternalUnits.
     IInternalUnitsObserver();
+    /// A copy, not registered.
     IInternalUnitsObserver(const IInternalUnitsObserver&);
+    /// Leaves the registration alone.
     IInternalUnitsObserver& operator=(const IInternalUnitsObserver&);
 };
 
@@ -54,11 +61,13 @@ public:
     /// A value given in the current internal units, registered. Inline, so the exported members
     /// stay those above.
     explicit MInternalUnitsValue(T value) : MInternalUnitsValue() { m_value = value; }
+    /// Sets the value, given in the current internal units.
     MInternalUnitsValue& operator=(T value) {
         m_value = value;
         return *this;
     }
 
+    /// The value in the current internal units.
     operator T() const;
 
     /// The value in the default resolution: value x (10000 / r)^N.

@@ -1,7 +1,6 @@
 #pragma once
-// The library's status listener: turns STATUS_BEGIN/COUNT/INC/END into MProgress levels, one
-// stack of levels per reporting thread, all sharing the progress manager's windows and sink.
-// Everything that is not progress (messages, warnings, tooltips, modes) is accepted and ignored.
+/// @file
+/// The library's status listener, which drives progress levels.
 #include <map>
 #include <vector>
 
@@ -11,6 +10,13 @@
 
 class MProgress;
 
+/// The library's status listener: turns STATUS_BEGIN/COUNT/INC/END into MProgress levels, one
+/// stack of levels per reporting thread, all sharing the progress manager's windows and sink.
+///
+/// Everything that is not progress (messages, warnings, tooltips, modes) is accepted and
+/// ignored. STATUS_GET_ABORT reports the manager's abort flag; STATUS_INC and STATUS_COUNT
+/// return false when the thread has no level. A thread's first STATUS_BEGIN must not run
+/// while another thread reports.
 class KELBASE_API MStatusCallbackToMProgressImpl : public IStatusCallback,
                                                    public StdBase::LocalLocking {
 public:

@@ -1,7 +1,6 @@
 #pragma once
-// The length unit in which the user interface shows and accepts lengths (millimetres or
-// inches): conversions between it, millimetres and STL units, printing with the unit's
-// abbreviation, and dependents told when the unit changes.
+/// @file
+/// The length unit in which the user interface shows and accepts lengths.
 #include <cstddef>
 #include <set>
 #include <string>
@@ -10,11 +9,19 @@
 
 class IUserUnitDependent;
 
+/// The length unit in which the user interface shows and accepts lengths (millimetres or
+/// inches): conversions between it, millimetres and STL units, printing with the unit's
+/// abbreviation, and dependents told when the unit changes.
 class KELBASE_API MUserUnit {
 public:
-    /// A fixed underlying type, so that any integer stored by SetUnit is a valid value.
-    enum UNIT_TYPE : int { UNIT_MM = 0, UNIT_INCH = 1 };
+    /// The units. A fixed underlying type, so that any integer stored by SetUnit is a valid
+    /// value.
+    enum UNIT_TYPE : int {
+        UNIT_MM = 0,  ///< Millimetres.
+        UNIT_INCH = 1 ///< Inches (25.4 mm).
+    };
 
+    /// A unit object showing `unit`; the process-wide one is GetInstance().
     explicit MUserUnit(UNIT_TYPE unit);
     /// Listeners are not told; they are not owned.
     ~MUserUnit();
@@ -24,11 +31,14 @@ public:
     /// The process-wide unit, created at load with UNIT_MM before any dependent can register.
     static MUserUnit& GetInstance();
 
+    /// The unit as last stored by SetUnit.
     UNIT_TYPE GetUnit() const { return m_unit; }
-    /// The unit's texts (string ids 673/675 and 672/674) from the application's resource-string
-    /// hook; empty while no hook is installed.
+    ///@{
+    /// The unit's name and abbreviation (string ids 673/675 and 672/674) from the
+    /// application's resource-string hook; empty while no hook is installed.
     const wchar_t* GetName() const { return m_name.c_str(); }
     const wchar_t* GetAbbreviation() const { return m_abbreviation.c_str(); }
+    ///@}
 
     /// Stores `unit`. For UNIT_MM or UNIT_INCH it reloads the texts, format and factor (the
     /// process-wide instance also sets the internal units' conversion factor) and tells every
@@ -36,30 +46,45 @@ public:
     /// texts, format and factor stay those of the previous unit and nobody is told.
     void SetUnit(UNIT_TYPE unit);
 
-    /// A listener is held once; removing an unknown one does nothing.
+    ///@{
+    /// Adds or removes a listener told when the unit changes; not owned. A listener is held
+    /// once; removing an unknown one does nothing.
     void AddUserUnitListener(IUserUnitDependent* listener);
     void RemoveUserUnitListener(IUserUnitDependent* listener);
+    ///@}
 
+    ///@{
+    /// A length, area or volume in the user unit converted to millimetres, or back.
     double ConvertFromUIToMm(double value) const;
     double ConvertFromMmToUI(double value) const;
     double ConvertFromUIToMmSquare(double value) const;
     double ConvertFromMmSquareToUI(double value) const;
     double ConvertFromUIToMmCubed(double value) const;
     double ConvertFromMmCubedToUI(double value) const;
-    /// Rounded to the nearest STL unit and clamped to 32 bits.
+    ///@}
+    /// A length in the user unit in STL units at the current internal resolution, rounded to
+    /// the nearest unit and clamped to 32 bits.
     long ConvertFromUIToStlUnits(double value) const;
+    ///@{
+    /// A length, area or volume in STL units converted to the user unit, or back, at the
+    /// current internal resolution; unrounded.
     double ConvertFromStlUnitsToUI(long value) const;
     double ConvertFromUIToStlUnitsSquare(double value) const;
     double ConvertFromStlUnitsSquareToUI(double value) const;
     double ConvertFromUIToStlUnitsCubed(double value) const;
     double ConvertFromStlUnitsCubedToUI(double value) const;
+    ///@}
 
-    /// Writes the length in the user unit ("%5.2g" for millimetres, "%5.3g" for inches) and,
-    /// with `withUnit`, a blank and the abbreviation. The text is cut to fit `size` characters
-    /// with its terminator; nothing is written when size is 0.
+    ///@{
+    /// Writes the length, given in millimetres or STL units, in the user unit ("%5.2g" for
+    /// millimetres, "%5.3g" for inches) and, with `withUnit`, a blank and the abbreviation.
+    /// The text is cut to fit `size` characters with its terminator; nothing is written when
+    /// size is 0.
     void PrintMmInUI(wchar_t* buffer, size_t size, double mm, bool withUnit) const;
     void PrintStlUnitsInUI(wchar_t* buffer, size_t size, long stl, bool withUnit) const;
+    ///@}
 
+    /// The process-wide unit that GetInstance returns.
     static MUserUnit mg_user_unit;
 
 protected:
@@ -91,5 +116,6 @@ public:
     IUserUnitDependent& operator=(const IUserUnitDependent&);
     virtual ~IUserUnitDependent();
 
+    /// Called after the process-wide unit changed.
     virtual void OnUserUnitChanged() = 0;
 };
