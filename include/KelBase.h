@@ -1,6 +1,7 @@
 #pragma once
-// Umbrella header: every exported family of KelSDK.Base. Headers of families that exist only on
-// Windows declare nothing elsewhere.
+/// @file
+/// Umbrella header: every exported family of KelSDK.Base. Headers of families that exist only
+/// on Windows declare nothing elsewhere.
 #include "KelBaseExport.h"
 #include "KelBaseVersion.h"
 #include "MFileName.h"
