@@ -17,8 +17,8 @@
 /// fails. The caller releases the array with the global operator delete, `operator delete(out)`.
 namespace CharacterSetConversions {
 
-///@{
 /// Plain copies; they fail only for a null source.
+///@{
 KELBASE_API bool CopyToNewMBCS(char*& out, size_t& length, const char* source);
 KELBASE_API bool CopyToNewWCS(wchar_t*& out, size_t& length, const wchar_t* source);
 KELBASE_API bool CopyToNewWCS(wchar_t*& out, size_t& length, const MString& source);
@@ -29,18 +29,18 @@ KELBASE_API bool CopyToNewWCS(wchar_t*& out, size_t& length, const std::wstring&
 KELBASE_API bool CopyToNewTCS(wchar_t*& out, size_t& length, const wchar_t* source);
 
 #ifdef _WIN32
-///@{
 /// Conversions to the active code page; they fail when the platform reports length 0.
 /// Unmappable characters become `*defaultChar` when it is non-null, else the platform's
 /// default character.
+///@{
 KELBASE_API bool CopyToNewMBCS(char*& out, size_t& length, const wchar_t* source,
                                const char* defaultChar);
 KELBASE_API bool CopyToNewMBCS(char*& out, size_t& length, const MString& source);
 KELBASE_API bool CopyToNewMBCS(char*& out, size_t& length, const CString& source);
 KELBASE_API bool CopyToNewMBCS(char*& out, size_t& length, const std::wstring& source);
 ///@}
-///@{
 /// Conversions from the active code page; they fail when the platform reports length 0.
+///@{
 KELBASE_API bool CopyToNewWCS(wchar_t*& out, size_t& length, const char* source);
 KELBASE_API bool CopyToNewTCS(wchar_t*& out, size_t& length, const char* source);
 ///@}
@@ -58,8 +58,8 @@ public:
 #ifdef _WIN32
     /// `text` converted; `defaultChar` replaces the characters the code page cannot represent.
     String(const wchar_t* text, char defaultChar);
-    ///@{
     /// `text` converted, with the platform's default character for unmappable ones.
+    ///@{
     explicit String(const CString& text);
     explicit String(const MString& text);
     explicit String(const std::wstring& text);
@@ -84,8 +84,8 @@ template <> class KELBASE_API String<wchar_t> {
 public:
     /// A copy of `text`; the second argument mirrors String<char> and is ignored.
     String(const wchar_t* text, char);
-    ///@{
     /// A copy of `text`.
+    ///@{
     explicit String(const CString& text);
     explicit String(const MString& text);
     explicit String(const std::wstring& text);

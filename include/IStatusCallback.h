@@ -15,7 +15,7 @@
 /// listener to run. Reporting code calls STATUS_BEGIN (or makes a Session), then any number of
 /// STATUS_INC, STATUS_COUNT, STATUS and STATUS_TEXT calls and checks of STATUS_GET_ABORT (it
 /// stops when that is true), then STATUS_END; levels may nest. Formats follow printf with wide
-/// %s; ids name strings of the resource-string hook.
+/// \%s; ids name strings of the resource-string hook.
 ///
 /// mp_instance is read without a lock: install or remove a listener while no thread reports.
 class KELBASE_API IStatusCallback {
@@ -42,15 +42,15 @@ public:
     /// True when a listener is installed.
     static bool HasInstance();
 
-    ///@{
     /// Shows a status text, given as a format or a string id with its arguments.
+    ///@{
     static void STATUS(const wchar_t* format, ...);
     static void STATUSV(const wchar_t* format, va_list args);
     static void STATUS(unsigned int id, ...);
     static void STATUSV(unsigned int id, va_list args);
     ///@}
-    ///@{
     /// Shows a temporary status text: string `id` formatted with the arguments.
+    ///@{
     static void STATUS_TEMP(unsigned int id, ...);
     static void STATUS_TEMPV(unsigned int id, va_list args);
     ///@}
@@ -60,8 +60,8 @@ public:
     /// Moves the innermost level on by `delta`; false when the listener wants the work to stop
     /// (true without a listener).
     static bool STATUS_INC(double delta);
-    ///@{
     /// Sets the initial status text, given as a format or a string id with its arguments.
+    ///@{
     static void STATUS_INIT(const wchar_t* format, ...);
     static void STATUS_INITV(const wchar_t* format, va_list args);
     static void STATUS_INIT(unsigned int id, ...);
@@ -69,9 +69,9 @@ public:
     ///@}
     /// Sets the initial status text, taken as it is.
     static void STATUS_INIT_TEXT(const wchar_t* text);
-    ///@{
     /// Sets the initial status text from the library's resource strings, given as a format or a
     /// string id with its arguments.
+    ///@{
     static void STATUS_INIT_KEL_RES_STRING(const wchar_t* format, ...);
     static void STATUS_INIT_KEL_RES_STRINGV(const wchar_t* format, va_list args);
     static void STATUS_INIT_KEL_RES_STRING(unsigned int id, ...);
@@ -87,40 +87,40 @@ public:
     /// True when the user asked the work to stop (false without a listener); reporting code stops
     /// then.
     static bool STATUS_GET_ABORT();
-    ///@{
     /// Begins a nested level whose positions run from `low` to `high`, with a text given as a
     /// format or a string id with its arguments. Each begin needs its STATUS_END.
+    ///@{
     static void STATUS_BEGIN(double low, double high, const wchar_t* format, ...);
     static void STATUS_BEGINV(double low, double high, const wchar_t* format, va_list args);
     static void STATUS_BEGIN(double low, double high, unsigned int id, ...);
     static void STATUS_BEGINV(double low, double high, unsigned int id, va_list args);
     ///@}
-    ///@{
     /// Begins a nested level as STATUS_BEGIN, its text string `id` of the library's resource
     /// strings.
+    ///@{
     static void STATUS_BEGIN_KEL_RES_STRING(double low, double high, unsigned int id, ...);
     static void STATUS_BEGIN_KEL_RES_STRINGV(double low, double high, unsigned int id,
                                              va_list args);
     ///@}
     /// Ends the innermost level.
     static void STATUS_END();
-    ///@{
     /// Shows a text of the given kind; false when it was not shown (true without a listener).
+    ///@{
     static bool STATUS_TEXT(short kind, const wchar_t* format, ...);
     static bool STATUS_TEXTV(short kind, const wchar_t* format, va_list args);
     ///@}
-    ///@{
     /// Shows an information text; false when it was not shown (true without a listener).
+    ///@{
     static bool STATUS_TEXT_INFO(const wchar_t* format, ...);
     static bool STATUS_TEXT_INFOV(const wchar_t* format, va_list args);
     ///@}
-    ///@{
     /// Shows a warning text; false when it was not shown (true without a listener).
+    ///@{
     static bool STATUS_TEXT_WARNING(const wchar_t* format, ...);
     static bool STATUS_TEXT_WARNINGV(const wchar_t* format, va_list args);
     ///@}
-    ///@{
     /// Shows an error text; false when it was not shown (true without a listener).
+    ///@{
     static bool STATUS_TEXT_ERROR(const wchar_t* format, ...);
     static bool STATUS_TEXT_ERRORV(const wchar_t* format, va_list args);
     ///@}
@@ -130,22 +130,22 @@ public:
     static void TOOLTIP_TEXT(const wchar_t* text);
     /// Shows or hides the status tooltip.
     static void TOOLTIP_SHOW(bool show);
-    ///@{
     /// Reports an error, given as a string id or a format with its arguments.
+    ///@{
     static void STATUS_ERROR(unsigned int id, ...);
     static void STATUS_ERRORV(unsigned int id, va_list args);
     static void STATUS_ERROR(const wchar_t* format, ...);
     static void STATUS_ERRORV(const wchar_t* format, va_list args);
     ///@}
-    ///@{
     /// Reports a message, given as a string id or a format with its arguments.
+    ///@{
     static void STATUS_MESSAGE(unsigned int id, ...);
     static void STATUS_MESSAGEV(unsigned int id, va_list args);
     static void STATUS_MESSAGE(const wchar_t* format, ...);
     static void STATUS_MESSAGEV(const wchar_t* format, va_list args);
     ///@}
-    ///@{
     /// Reports a warning, given as a string id or a format with its arguments.
+    ///@{
     static void STATUS_WARNING(unsigned int id, ...);
     static void STATUS_WARNINGV(unsigned int id, va_list args);
     static void STATUS_WARNING(const wchar_t* format, ...);
@@ -156,9 +156,9 @@ public:
     static IStatusCallback* mp_instance;
 
 protected:
-    ///@{
     /// The listener's side of the static of the same name (StatusInc for STATUS_INC, ...),
     /// reached only through it; the statics say what each call means.
+    ///@{
     virtual void Status(unsigned int id, va_list args) = 0;
     virtual void Status(const wchar_t* format, va_list args) = 0;
     virtual void StatusTemp(unsigned int id, va_list args) = 0;

@@ -26,10 +26,10 @@ protected:
 /// Installs the hook, or removes it when `wrapper` is null.
 KELBASE_API void SetMResStringWrapper(IResStringWrapper* wrapper);
 
-///@{
 /// String `id` from the installed hook into `text`; true when the hook found it. The "Ex"
 /// lookups go only to the hook; without one they find nothing. Without a hook the
 /// std::wstring overload empties `text`, the CString overload leaves `text` as it was.
+///@{
 KELBASE_API bool KelResLoadStringEx(std::wstring& text, unsigned int id);
 KELBASE_API bool KelResLoadStringEx(CString& text, unsigned int id);
 ///@}
@@ -47,14 +47,14 @@ public:
     /// An object that holds no resource.
     CKelResource();
     ~CKelResource();
-    ///@{
     /// Copies refer to the same resource data, which the module keeps.
+    ///@{
     CKelResource(const CKelResource&) = default;
     CKelResource& operator=(const CKelResource&) = default;
     ///@}
 
-    ///@{
     /// The process-wide resource module; null (the default) means the executable.
+    ///@{
     static void SetResInstance(HINSTANCE instance);
     static HINSTANCE GetResInstance();
     ///@}

@@ -40,8 +40,8 @@ public:
     MFileName(const wchar_t* drive, const wchar_t* dir, const wchar_t* file, const wchar_t* ext);
     ~MFileName();
 
-    ///@{
     /// Copies the four parts and the cache; the relative path mode stays this object's own.
+    ///@{
     MFileName& operator=(const MFileName& other);
     void COPY(const MFileName& other);
     ///@}
@@ -55,9 +55,9 @@ public:
     void SET_DRIVE_PART(const wchar_t* drive);
     /// Replaces the directory, keeping at most `max` characters.
     void SET_DIR_PART(const wchar_t* dir, std::size_t max = NO_LIMIT);
-    ///@{
     /// Replaces the file name or the extension, keeping at most `max` characters. File names
     /// and extensions end before the first of \ / : < > | (the rest is dropped).
+    ///@{
     void SET_FILE_PART(const wchar_t* file, std::size_t max = NO_LIMIT);
     void SET_EXT_PART(const wchar_t* ext, std::size_t max = NO_LIMIT);
     ///@}
@@ -65,16 +65,16 @@ public:
     void SET_FILE_EXT_PARTS(const wchar_t* fileExt, std::size_t maxFile = NO_LIMIT,
                             std::size_t maxExt = NO_LIMIT);
 
-    ///@{
     /// One part as stored: drive, directory, file name or extension.
+    ///@{
     const wchar_t* GET_DRIVE_PART() const { return m_drive.c_str(); }
     const wchar_t* GET_DIR_PART() const { return m_dir.c_str(); }
     const wchar_t* GET_FILE_PART() const { return m_file.c_str(); }
     const wchar_t* GET_EXT_PART() const { return m_ext.c_str(); }
     ///@}
 
-    ///@{
     /// The full path; valid until the next change of this object.
+    ///@{
     const wchar_t* GET() const;
     operator const wchar_t*() const { return GET(); }
     ///@}
@@ -108,19 +108,19 @@ public:
     bool operator==(const MFileName& other) const { return COMPARE(other, PART_ALL); }
     /// Not COMPARE of all four parts.
     bool operator!=(const MFileName& other) const { return !COMPARE(other, PART_ALL); }
-    ///@{
     /// Deleted: through the conversion to a pointer these would compare addresses, never paths.
     /// Compare with an MFileName made from the text.
+    ///@{
     friend bool operator==(const MFileName&, const wchar_t*) = delete;
     friend bool operator!=(const MFileName&, const wchar_t*) = delete;
     friend bool operator==(const wchar_t*, const MFileName&) = delete;
     friend bool operator!=(const wchar_t*, const MFileName&) = delete;
     ///@}
 
-    ///@{
     /// True when the extension, the file name, or both (the extension tested first) match
     /// case-insensitive wildcard patterns ('*' any run, '?' one character). An empty extension
     /// matches only an empty pattern or ".*".
+    ///@{
     bool FILTER_EXT(const wchar_t* pattern) const;
     bool FILTER_FILE(const wchar_t* pattern) const;
     bool FILTER(const wchar_t* filePattern, const wchar_t* extPattern) const;
@@ -152,9 +152,9 @@ public:
     /// Sets the name to the full path of `module` (null: the executable); false when the
     /// system cannot tell it.
     bool FILL_WITH_MODULE_PATH(HINSTANCE module);
-    ///@{
     /// Sets the name to the process's current directory or the system's temporary directory
     /// (a directory only); false when the system cannot tell it.
+    ///@{
     bool FILL_WITH_WORKING_PATH();
     bool FILL_WITH_TEMPORARY_PATH();
     ///@}

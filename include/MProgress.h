@@ -31,22 +31,22 @@ public:
     /// parent's text again.
     void End();
 
-    ///@{
     /// Moves the position by `delta` (or by the pending step) and forwards the rounded
     /// percentage when it is above zero; the pending step is 1.0 again afterwards.
+    ///@{
     void Increment(double delta);
     void Increment();
     ///@}
-    ///@{
     /// Moves to `position` and forwards its percentage, whatever its sign.
+    ///@{
     void SetCurrentPosition(double position);
     void Count(double position);
     ///@}
     /// Makes the next Increment() land on `target`.
     void SetNextPosition(double target);
-    ///@{
     /// Sets the size of the next Increment(), which is also the share of the parent's range
     /// that a child level's 0..100 percent maps onto.
+    ///@{
     void SetChildWeight(double weight);
     void SetNextIncrement(double weight);
     ///@}
@@ -61,9 +61,9 @@ public:
     /// The reference outlives the lock: callers must not change the text concurrently.
     const std::wstring& GetText() const;
 
-    ///@{
     /// Forwards to the same-named static of MProgressManager. AttachUITarget appends the window
     /// whatever `level` says: the n-th window attached serves level n.
+    ///@{
     static void ResetUITargets();
     static void AttachUITarget(long level, HWND window);
     static void EnableAbortButton(bool enable);

@@ -16,8 +16,8 @@ class MProgress;
 /// manager, so it is never deleted through this interface.
 class KELBASE_API IProgressSink {
 public:
-    ///@{
     /// Sinks are plain values; the manager holds only a pointer.
+    ///@{
     IProgressSink() = default;
     IProgressSink(const IProgressSink&) = default;
     IProgressSink(IProgressSink&&) = default;
@@ -61,8 +61,8 @@ public:
     public:
         /// A view of `manager`'s stack.
         explicit vector_facade(MProgressManager* manager) : m_manager(manager) {}
-        ///@{
         /// Views are copied freely; all see the same stack.
+        ///@{
         vector_facade(const vector_facade&) = default;
         vector_facade& operator=(const vector_facade&) = default;
         ///@}
@@ -80,8 +80,8 @@ public:
         MProgressManager* m_manager;
     };
 
-    ///@{
     /// Copies are never made by the library; the statics work on the one instance.
+    ///@{
     MProgressManager(const MProgressManager&) = default;
     MProgressManager& operator=(const MProgressManager&) = default;
     ///@}

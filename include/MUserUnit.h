@@ -33,9 +33,9 @@ public:
 
     /// The unit as last stored by SetUnit.
     UNIT_TYPE GetUnit() const { return m_unit; }
-    ///@{
     /// The unit's name and abbreviation (string ids 673/675 and 672/674) from the
     /// application's resource-string hook; empty while no hook is installed.
+    ///@{
     const wchar_t* GetName() const { return m_name.c_str(); }
     const wchar_t* GetAbbreviation() const { return m_abbreviation.c_str(); }
     ///@}
@@ -46,15 +46,15 @@ public:
     /// texts, format and factor stay those of the previous unit and nobody is told.
     void SetUnit(UNIT_TYPE unit);
 
-    ///@{
     /// Adds or removes a listener told when the unit changes; not owned. A listener is held
     /// once; removing an unknown one does nothing.
+    ///@{
     void AddUserUnitListener(IUserUnitDependent* listener);
     void RemoveUserUnitListener(IUserUnitDependent* listener);
     ///@}
 
-    ///@{
     /// A length, area or volume in the user unit converted to millimetres, or back.
+    ///@{
     double ConvertFromUIToMm(double value) const;
     double ConvertFromMmToUI(double value) const;
     double ConvertFromUIToMmSquare(double value) const;
@@ -65,9 +65,9 @@ public:
     /// A length in the user unit in STL units at the current internal resolution, rounded to
     /// the nearest unit and clamped to 32 bits.
     long ConvertFromUIToStlUnits(double value) const;
-    ///@{
     /// A length, area or volume in STL units converted to the user unit, or back, at the
     /// current internal resolution; unrounded.
+    ///@{
     double ConvertFromStlUnitsToUI(long value) const;
     double ConvertFromUIToStlUnitsSquare(double value) const;
     double ConvertFromStlUnitsSquareToUI(double value) const;
@@ -75,11 +75,11 @@ public:
     double ConvertFromStlUnitsCubedToUI(double value) const;
     ///@}
 
-    ///@{
     /// Writes the length, given in millimetres or STL units, in the user unit ("%5.2g" for
     /// millimetres, "%5.3g" for inches) and, with `withUnit`, a blank and the abbreviation.
     /// The text is cut to fit `size` characters with its terminator; nothing is written when
     /// size is 0.
+    ///@{
     void PrintMmInUI(wchar_t* buffer, size_t size, double mm, bool withUnit) const;
     void PrintStlUnitsInUI(wchar_t* buffer, size_t size, long stl, bool withUnit) const;
     ///@}

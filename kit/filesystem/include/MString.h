@@ -27,9 +27,9 @@ public:
     /// True when the string has no characters.
     bool IsEmpty() const { return m_text.empty(); }
 
-    ///@{
     /// Replaces the text by the formatted arguments: printf-style with the platform's wide
-    /// conventions (%s takes a wide string). A null format gives the empty string.
+    /// conventions (\%s takes a wide string). A null format gives the empty string.
+    ///@{
     void FORMAT(const wchar_t* format, ...);
     void VFORMAT(const wchar_t* format, va_list args);
     ///@}
@@ -41,15 +41,15 @@ public:
     /// When the key is missing (or the file cannot be read) the string becomes empty.
     bool LOAD_INI_STRING(const wchar_t* file, const wchar_t* section, const wchar_t* key);
 
-    ///@{
     /// Appends `other`, `text` (null appends nothing) or `c`.
+    ///@{
     MString& operator+=(const MString& other);
     MString& operator+=(const wchar_t* text);
     MString& operator+=(wchar_t c);
     ///@}
 
-    ///@{
     /// Ordinal comparison of the texts.
+    ///@{
     friend bool operator==(const MString& a, const MString& b) { return a.m_text == b.m_text; }
     friend bool operator!=(const MString& a, const MString& b) { return a.m_text != b.m_text; }
     friend bool operator<(const MString& a, const MString& b) { return a.m_text < b.m_text; }

@@ -67,9 +67,9 @@ public:
     /// Removes a sink of this logger (as SinkList::Remove).
     void RemoveSink(const std::shared_ptr<ILogSink>& sink) { m_sinks.Remove(sink); }
 
-    ///@{
     /// The least severity that is passed on. Messages below the minimum are dropped; the
     /// minimum starts at Trace, so nothing is lost until someone asks for less.
+    ///@{
     LogSeverity GetMinimumSeverity() const { return m_minimum.load(); }
     void SetMinimumSeverity(LogSeverity severity) { m_minimum.store(severity); }
     ///@}
@@ -91,8 +91,8 @@ KELLOG_API Logger& GetLogger(const std::string& name);
 /// The same as `logger.Log(severity, text)`.
 KELLOG_API void LogMessage(Logger& logger, LogSeverity severity, const std::wstring& text);
 
-///@{
 /// Adds or removes a sink that every logger writes to, in addition to its own.
+///@{
 KELLOG_API void AddGlobalSink(std::shared_ptr<ILogSink> sink);
 KELLOG_API void RemoveGlobalSink(const std::shared_ptr<ILogSink>& sink);
 ///@}

@@ -32,26 +32,26 @@ public:
     /// change, once made, is never undone.
     bool Set(double resolution);
 
-    ///@{
     /// Whether Set may change the resolution. Changes are allowed until locked, e.g. while data
     /// in internal units cannot be rescaled.
+    ///@{
     bool CanChange() const { return m_canChange.load(); }
     void SetCanChange(bool canChange) { m_canChange.store(canChange); }
     ///@}
 
-    ///@{
     /// Millimetres per user-interface unit (1.0 or 25.4), kept for whoever shows internal
     /// values to the user; it does not enter the millimetre conversions. Values that are not
     /// positive and finite are ignored.
+    ///@{
     void SetConversionFactor(double mmPerUnit);
     double GetConversionFactor() const { return m_conversionFactor.load(); }
     ///@}
 
-    ///@{
     /// Registers or unregisters an observer of resolution changes; used by
     /// MInternalUnitsObserver's constructor and destructor. Adding twice or removing an unknown
     /// observer changes nothing. An observer added during a notification is not told about
     /// that change; one removed during it is no longer called.
+    ///@{
     void AddObserver(MInternalUnitsObserver* observer);
     void RemoveObserver(MInternalUnitsObserver* observer);
     ///@}
