@@ -43,7 +43,7 @@ int main() {
     static std::uint32_t tables32[8][256];
     std::uint64_t constants32[KelBase::Crc::ConstantCount];
     KelBase::Crc::BuildTables(0xEDB88320u, tables32, constants32);
-    const KelBase::Crc::Crc32Loop clmul = KelBase::Crc::Crc32Clmul();
+    const KelBase::Crc::Crc32Loop clmul = KelBase::Crc::Crc32LoopOf(KelBase::Crc::LoopKind::Clmul);
 
     enum { Zlib, Crc32, Portable, Bytes16, Crc16, BytesOther16, CrcOther16, Clmul };
     std::vector<Candidate> candidates = {
@@ -65,11 +65,8 @@ int main() {
         candidates.push_back(
             {"128-bit carry-less loop, CRC-32",
              [&] { return clmul(~0u, data.data(), data.size(), tables32, constants32); }});
-    std::printf("CRC loops over %zu MiB, best of %d rounds; fastest loop here: %s\n",
-                BufferBytes >> 20, Rounds,
-                KelBase::Crc::Crc32Wide()    ? "AVX-512 carry-less"
-                : KelBase::Crc::Crc32Clmul() ? "128-bit carry-less"
-                                             : "portable");
+    std::printf("CRC loops over %zu MiB, best of %d rounds; loop of the classes: %s\n",
+                BufferBytes >> 20, Rounds, KelBase::Crc::LoopName(KelBase::Crc::SelectedLoop()));
     if ((~crc32(0, data.data(), length) & 0xFFFFFFFFu) !=
         check32.CalculateBlock(data.data(), length, ~0u)) {
         std::printf("COXCRC32 disagrees with zlib\n");

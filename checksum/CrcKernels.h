@@ -3,6 +3,13 @@
 // takes the running register, the data and the tables of one polynomial, and returns the new
 // register. The results are bit-identical to the one-lookup-per-byte definition for every
 // polynomial, start value and length; only the speed differs.
+//
+// The loops come in three kinds: the portable table loop, 128-bit carry-less folding and
+// 512-bit carry-less folding (x86-64 only). The classes run the one chosen once per process:
+// the fastest this processor runs, or the one named by the environment variable KEL_CRC_LOOP
+// ("portable", "clmul" or "wide") when the processor runs it. A name the processor cannot run
+// gets the fastest loop it can; an unknown name is ignored. The switch exists so that every
+// loop can be checked end to end on one machine.
 #include <cstddef>
 #include <cstdint>
 
@@ -21,7 +28,9 @@ constexpr std::size_t RegionBytes = 65536;
 
 // Constants kept per polynomial beside its tables. A fold pair multiplies the low and the high
 // half of a 16-byte lane to move it the given number of bits further on; the stripe shift
-// moves a register over one stripe of the eight-byte loop.
+// moves a register over one stripe of the eight-byte loop. The last four reduce a folded lane
+// to the register: two folds down to 64 bits, then the quotient and the polynomial of a
+// Barrett reduction.
 enum Constant {
     FoldRegionLow,
     FoldRegionHigh,
@@ -29,10 +38,18 @@ enum Constant {
     Fold2048High,
     Fold512Low,
     Fold512High,
+    Fold384Low,
+    Fold384High,
+    Fold256Low,
+    Fold256High,
     Fold128Low,
     Fold128High,
     StripeShift,
     Polynomial,
+    ReduceLane,
+    ReduceWord,
+    BarrettQuotient,
+    BarrettPolynomial,
     ConstantCount
 };
 
@@ -58,17 +75,34 @@ std::uint32_t Crc32Slice8(std::uint32_t crc, const unsigned char* data, std::siz
 std::uint16_t Crc16Slice8(std::uint16_t crc, const unsigned char* data, std::size_t length,
                           const std::uint16_t (*tables)[256], const std::uint64_t* constants);
 
-// Carry-less-multiply loops; null when the processor (or the system) cannot run them.
-// Clmul needs PCLMULQDQ with SSE4.1; Wide needs VPCLMULQDQ with AVX-512 and falls back to
-// the Clmul loop below a few hundred bytes.
-Crc32Loop Crc32Clmul();
-Crc16Loop Crc16Clmul();
-Crc32Loop Crc32Wide();
-Crc16Loop Crc16Wide();
+#ifdef __x86_64__
+// Carry-less loops. Clmul needs PCLMULQDQ with SSE4.1; Wide needs VPCLMULQDQ with AVX-512.
+// Blocks under 16 bytes take the table loop, and Wide folds blocks under 256 bytes as Clmul
+// does.
+std::uint32_t Crc32Clmul(std::uint32_t crc, const unsigned char* data, std::size_t length,
+                         const std::uint32_t (*tables)[256], const std::uint64_t* constants);
+std::uint16_t Crc16Clmul(std::uint16_t crc, const unsigned char* data, std::size_t length,
+                         const std::uint16_t (*tables)[256], const std::uint64_t* constants);
+std::uint32_t Crc32Wide(std::uint32_t crc, const unsigned char* data, std::size_t length,
+                        const std::uint32_t (*tables)[256], const std::uint64_t* constants);
+std::uint16_t Crc16Wide(std::uint16_t crc, const unsigned char* data, std::size_t length,
+                        const std::uint16_t (*tables)[256], const std::uint64_t* constants);
+#endif
 
-// The fastest loop this processor runs, chosen once.
-Crc32Loop Crc32Best();
-Crc16Loop Crc16Best();
+// The kinds of loop, slowest first.
+enum class LoopKind { Portable, Clmul, Wide };
+
+// The name KEL_CRC_LOOP takes for the kind.
+const char* LoopName(LoopKind kind);
+
+// The loop of that kind; null when this processor cannot run it.
+Crc32Loop Crc32LoopOf(LoopKind kind);
+Crc16Loop Crc16LoopOf(LoopKind kind);
+
+// The kind the CRC classes run, chosen on first use (see the top of this file).
+LoopKind SelectedLoop();
+Crc32Loop Crc32Selected();
+Crc16Loop Crc16Selected();
 
 } // namespace Crc
 } // namespace KelBase

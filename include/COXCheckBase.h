@@ -86,9 +86,10 @@ public:
         // m_table[0] is the byte table; m_table[1..7] carry it over further zero bytes, so
         // that the block loop takes eight bytes per step.
         T m_table[8][256];
-        // Carry-less folding constants (powers of x modulo the polynomial) and the shift that
-        // joins the stripes of the eight-byte loop.
-        std::uint64_t m_constants[10];
+        // Carry-less folding and reduction constants (powers of x modulo the polynomial, the
+        // quotient of a Barrett reduction) and the shift that joins the stripes of the
+        // eight-byte loop.
+        std::uint64_t m_constants[18];
         T m_polynomial;
         Node* m_pNext;
     };

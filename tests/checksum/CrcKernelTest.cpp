@@ -1,15 +1,17 @@
 // Every block loop against the bit-at-a-time definition of the two CRCs, over many
-// polynomials, start values, lengths and alignments. The carry-less loops run only where the
-// processor has them; the test records which loops it checked.
+// polynomials, start values, lengths and alignments, and the CRC classes through the loop
+// they select. The carry-less loops run only where the processor has them; the tests record
+// which loops they checked.
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstdlib>
 #include <numeric>
 #include <random>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "COXCheckBase.h"
 #include "CrcKernels.h"
 
 using namespace KelBase::Crc;
@@ -36,13 +38,14 @@ std::uint16_t BitwiseCrc16(std::uint16_t polynomial, std::uint16_t crc, const un
     return crc;
 }
 
+const LoopKind Kinds[] = {LoopKind::Portable, LoopKind::Clmul, LoopKind::Wide};
+
 // Each loop the processor runs, for standard, degenerate and random polynomials, from a random
 // start at a random misalignment. Each block ends where its allocation ends, so that the
 // sanitizers of the native build see a read past the end.
 template <class Reg, class Loop>
 void Check(std::vector<Reg> polynomials,
-           Reg (*bitwise)(Reg, Reg, const unsigned char*, std::size_t), Loop portable, Loop clmul,
-           Loop wide, Loop best) {
+           Reg (*bitwise)(Reg, Reg, const unsigned char*, std::size_t), Loop (*loopOf)(LoopKind)) {
     // Every length below five 256-byte steps, so that each carry-less loop meets every count of
     // remaining 64-byte lanes, 16-byte lanes and bytes after its main loop; then lengths around
     // the stripes of the portable loop and the region groups of the carry-less ones.
@@ -57,11 +60,9 @@ void Check(std::vector<Reg> polynomials,
         byte = static_cast<unsigned char>(random());
     for (int i = 0; i < 10; ++i)
         polynomials.push_back(static_cast<Reg>(random()));
-    const std::pair<const char*, Loop> loops[] = {
-        {"portable", portable}, {"clmul", clmul}, {"wide", wide}, {"best", best}};
     std::string checked;
-    for (const auto& loop : loops)
-        checked += loop.second ? (checked.empty() ? "" : " ") + std::string(loop.first) : "";
+    for (LoopKind kind : Kinds)
+        checked += loopOf(kind) ? (checked.empty() ? "" : " ") + std::string(LoopName(kind)) : "";
     ::testing::Test::RecordProperty("loops", checked);
 
     static Reg tables[8][256];
@@ -74,10 +75,10 @@ void Check(std::vector<Reg> polynomials,
             const std::vector<unsigned char> block(data.begin(), data.begin() + offset + length);
             const unsigned char* bytes = block.data() + offset;
             const Reg expected = bitwise(polynomial, start, bytes, length);
-            for (const auto& loop : loops)
-                if (loop.second) {
-                    ASSERT_EQ(expected, loop.second(start, bytes, length, tables, constants))
-                        << loop.first << " polynomial " << polynomial << " length " << length
+            for (LoopKind kind : Kinds)
+                if (const Loop loop = loopOf(kind)) {
+                    ASSERT_EQ(expected, loop(start, bytes, length, tables, constants))
+                        << LoopName(kind) << " polynomial " << polynomial << " length " << length
                         << " offset " << offset;
                 }
         }
@@ -86,12 +87,59 @@ void Check(std::vector<Reg> polynomials,
 
 TEST(CrcKernelTest, Crc32LoopsMatchTheBitwiseDefinition) {
     Check<std::uint32_t>({0xEDB88320, 0x82F63B78, 0, 1, 0x80000000, 0xFFFFFFFF}, BitwiseCrc32,
-                         Crc32Slice8, Crc32Clmul(), Crc32Wide(), Crc32Best());
+                         Crc32LoopOf);
 }
 
 TEST(CrcKernelTest, Crc16LoopsMatchTheBitwiseDefinition) {
-    Check<std::uint16_t>({0x1021, 0x8005, 0x3D65, 0, 1, 0x8000, 0xFFFF}, BitwiseCrc16, Crc16Slice8,
-                         Crc16Clmul(), Crc16Wide(), Crc16Best());
+    Check<std::uint16_t>({0x1021, 0x8005, 0x8BB7, 0x3D65, 0, 1, 0x8000, 0xFFFF}, BitwiseCrc16,
+                         Crc16LoopOf);
+}
+
+// The classes run the loop KEL_CRC_LOOP names (the ctest entries test_checksum_loop_* set it),
+// or the fastest one without it; either way they give the bitwise results over lengths that
+// reach every part of each loop.
+TEST(CrcKernelTest, ClassesRunTheSelectedLoopEndToEnd) {
+    const char* forced = std::getenv("KEL_CRC_LOOP");
+    const LoopKind selected = SelectedLoop();
+    ::testing::Test::RecordProperty("loop", LoopName(selected));
+    for (LoopKind kind : Kinds) {
+        if (forced && std::string(forced) == LoopName(kind) && !Crc32LoopOf(kind))
+            GTEST_SKIP() << "this processor cannot run the " << forced << " loop";
+        if (!forced && kind > selected) {
+            EXPECT_EQ(nullptr, Crc32LoopOf(kind)) << LoopName(kind);
+        }
+    }
+    if (forced) {
+        EXPECT_STREQ(forced, LoopName(selected));
+    }
+    EXPECT_EQ(Crc32LoopOf(selected), Crc32Selected());
+    EXPECT_EQ(Crc16LoopOf(selected), Crc16Selected());
+
+    std::mt19937_64 random(7);
+    std::vector<unsigned char> data(4 * RegionBytes + 1000);
+    for (auto& byte : data)
+        byte = static_cast<unsigned char>(random());
+    std::vector<DWORD> lengths(600);
+    std::iota(lengths.begin(), lengths.end(), 0);
+    lengths.insert(lengths.end(), {1000, 4099, static_cast<DWORD>(data.size())});
+    COXCRC32 crc32(0xEDB88320), castagnoli(0x82F63B78);
+    COXCRC16 crc16(0x1021), t10dif(0x8BB7);
+    for (DWORD length : lengths) {
+        const DWORD start = static_cast<DWORD>(random());
+        const std::uint16_t start16 = static_cast<std::uint16_t>(start);
+        EXPECT_EQ(BitwiseCrc32(0xEDB88320, start, data.data(), length),
+                  crc32.CalculateBlock(data.data(), length, start))
+            << length;
+        EXPECT_EQ(BitwiseCrc32(0x82F63B78, start, data.data(), length),
+                  castagnoli.CalculateBlock(data.data(), length, start))
+            << length;
+        EXPECT_EQ(BitwiseCrc16(0x1021, start16, data.data(), length),
+                  crc16.CalculateBlock(data.data(), length, start16))
+            << length;
+        EXPECT_EQ(BitwiseCrc16(0x8BB7, start16, data.data(), length),
+                  t10dif.CalculateBlock(data.data(), length, start16))
+            << length;
+    }
 }
 
 } // namespace
