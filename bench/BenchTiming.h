@@ -40,6 +40,15 @@ inline double Ratio(double ns, double referenceNs) {
     return referenceNs > 0.0 ? ns / referenceNs : 0.0;
 }
 
+// The sanitizers' checks slow the timed code; a tree for timing is configured with
+// -DKEL_SANITIZE=OFF.
+inline void PrintBuildNote() {
+#if defined(__SANITIZE_ADDRESS__)
+    std::printf("note: built with the sanitizers, timings are not representative "
+                "(configure with -DKEL_SANITIZE=OFF)\n");
+#endif
+}
+
 // One result line: name, nanoseconds per call, ratio to the reference.
 inline void Report(const char* name, double ns, double referenceNs) {
     std::printf("%-52s %9.2f ns/call %9.1f x reference\n", name, ns, Ratio(ns, referenceNs));

@@ -29,6 +29,7 @@ std::uint16_t ByteWiseCrc16(const std::uint16_t* table, std::uint16_t crc,
 } // namespace
 
 int main() {
+    KelBench::PrintBuildNote();
     std::vector<unsigned char> data(BufferBytes);
     std::mt19937_64 random(64);
     for (std::size_t i = 0; i < data.size(); i += 8) {

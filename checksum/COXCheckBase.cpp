@@ -89,10 +89,10 @@ COXCRC16::COXCRC16(unsigned short polynomial)
 
 DWORD COXCRC16::CalculateBlock(void* data, DWORD length, DWORD start) {
     const std::uint16_t crc = static_cast<std::uint16_t>(start);
-    m_nCurrent =
-        data ? KelBase::Crc::Crc16Selected()(crc, static_cast<const unsigned char*>(data), length,
-                                             m_pTable->m_table, m_pTable->m_constants)
-             : crc;
+    m_nCurrent = data ? KelBase::Crc::Crc16Dispatch.load(std::memory_order_relaxed)(
+                            crc, static_cast<const unsigned char*>(data), length, m_pTable->m_table,
+                            m_pTable->m_constants)
+                      : crc;
     return m_nCurrent;
 }
 
@@ -100,9 +100,9 @@ COXCRC32::COXCRC32(unsigned long polynomial)
     : COXCheckBase(Size32Bit), m_pTable(m_tableList.Find(static_cast<std::uint32_t>(polynomial))) {}
 
 DWORD COXCRC32::CalculateBlock(void* data, DWORD length, DWORD start) {
-    m_nCurrent =
-        data ? KelBase::Crc::Crc32Selected()(start, static_cast<const unsigned char*>(data), length,
-                                             m_pTable->m_table, m_pTable->m_constants)
-             : start;
+    m_nCurrent = data ? KelBase::Crc::Crc32Dispatch.load(std::memory_order_relaxed)(
+                            start, static_cast<const unsigned char*>(data), length,
+                            m_pTable->m_table, m_pTable->m_constants)
+                      : start;
     return m_nCurrent;
 }

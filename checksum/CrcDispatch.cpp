@@ -63,15 +63,22 @@ LoopKind SelectedLoop() {
     return selected;
 }
 
-Crc32Loop Crc32Selected() {
-    static const Crc32Loop loop = Crc32LoopOf(SelectedLoop());
-    return loop;
+namespace {
+
+template <class Reg, class Loop, std::atomic<Loop>* Dispatch, Loop (*LoopOf)(LoopKind)>
+Reg Resolve(Reg crc, const unsigned char* data, std::size_t length, const Reg (*tables)[256],
+            const std::uint64_t* constants) {
+    const Loop loop = LoopOf(SelectedLoop());
+    Dispatch->store(loop, std::memory_order_relaxed);
+    return loop(crc, data, length, tables, constants);
 }
 
-Crc16Loop Crc16Selected() {
-    static const Crc16Loop loop = Crc16LoopOf(SelectedLoop());
-    return loop;
-}
+} // namespace
+
+std::atomic<Crc32Loop> Crc32Dispatch{
+    Resolve<std::uint32_t, Crc32Loop, &Crc32Dispatch, Crc32LoopOf>};
+std::atomic<Crc16Loop> Crc16Dispatch{
+    Resolve<std::uint16_t, Crc16Loop, &Crc16Dispatch, Crc16LoopOf>};
 
 } // namespace Crc
 } // namespace KelBase

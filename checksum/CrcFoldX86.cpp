@@ -17,7 +17,7 @@ namespace {
 constexpr std::size_t PrefetchBytes = 2048;
 // Below a lane the table loop is faster; below four 64-byte lanes the 128-bit loop.
 constexpr std::size_t MinLaneLength = 16;
-constexpr std::size_t MinWideLength = 256;
+constexpr std::size_t MinWideLength = 64;
 
 #define KEL_CLMUL __attribute__((target("pclmul,sse4.1")))
 #define KEL_CLMUL_INLINE KEL_CLMUL __attribute__((always_inline)) inline
@@ -77,35 +77,32 @@ KEL_CLMUL_INLINE __m128i PartialLane(__m128i x, std::size_t length, const unsign
     return Fold(_mm_shuffle_epi8(x, toEnd), k128, rest);
 }
 
-// The register of a lane L, L x^32 mod P. The lane's low half (the high powers) moves down by
-// 64 powers while the high half moves up by 32, what stays above x^64 moves down once more,
-// and Barrett's quotient of the 64-bit rest gives the remainder. Reflected, the low 32 bits of
-// each 64-bit half hold its high powers.
+// The register of a lane L, L x^32 mod P, in two steps. The lane's low half (its high powers)
+// moves down by 64 powers while the high half moves up by 32, which leaves S of 96 bits; then
+// Barrett's quotient q = floor(S / P) = floor(floor(S / x^32) mu / x^64), mu = floor(x^96 / P),
+// and the register is the low 32 powers of S + q P. Reflected, a 64-bit half holds its high
+// powers in its low bits, and the quotient constant lacks mu's x^0 term, which changes no
+// quotient, so that the product of the two comes out with q in place.
 KEL_CLMUL_INLINE std::uint32_t Reduce(Reflected32, __m128i x, const std::uint64_t* c) {
     const __m128i k = Constants(c + ReduceLane);
-    const __m128i barrett = Constants(c + BarrettQuotient);
-    const __m128i low32 = _mm_set_epi32(0, 0, 0, -1);
     const __m128i s =
         _mm_xor_si128(_mm_clmulepi64_si128(x, k, 0x00), _mm_slli_si128(_mm_srli_si128(x, 8), 4));
-    const __m128i t = _mm_srli_si128(_mm_xor_si128(_mm_clmulepi64_si128(s, k, 0x10), s), 8);
-    const __m128i q =
-        _mm_and_si128(_mm_clmulepi64_si128(_mm_and_si128(t, low32), barrett, 0x00), low32);
-    return static_cast<std::uint32_t>(
-        _mm_extract_epi32(_mm_xor_si128(_mm_clmulepi64_si128(q, barrett, 0x10), t), 1));
+    const __m128i high = _mm_srli_si128(s, 4);
+    const __m128i q = _mm_clmulepi64_si128(high, k, 0x10);
+    const __m128i qp = _mm_clmulepi64_si128(q, _mm_cvtsi64_si128(c[BarrettPolynomial]), 0x00);
+    return static_cast<std::uint32_t>(_mm_extract_epi32(_mm_xor_si128(qp, high), 2));
 }
 
-// The same for L x^16 mod P, most significant bit first, where each half is an ordinary
-// 64-bit polynomial and only the low 16 bits of the quotient matter.
+// The same for L x^16 mod P, most significant bit first: S has 80 bits, mu = floor(x^80 / P),
+// and the constant holds mu without its x^64 term, which adds floor(S / x^16) to q.
 KEL_CLMUL_INLINE std::uint16_t Reduce(Msb16, __m128i x, const std::uint64_t* c) {
     const __m128i k = Constants(c + ReduceLane);
-    const __m128i barrett = Constants(c + BarrettQuotient);
     const __m128i s =
         _mm_xor_si128(_mm_clmulepi64_si128(x, k, 0x01), _mm_slli_si128(_mm_move_epi64(x), 2));
-    const __m128i t = _mm_xor_si128(_mm_clmulepi64_si128(s, k, 0x11), _mm_move_epi64(s));
-    const __m128i q =
-        _mm_srli_epi64(_mm_clmulepi64_si128(_mm_srli_epi64(t, 16), barrett, 0x00), 48);
-    return static_cast<std::uint16_t>(
-        _mm_cvtsi128_si32(_mm_xor_si128(_mm_clmulepi64_si128(q, barrett, 0x10), t)));
+    const __m128i high = _mm_srli_si128(s, 2);
+    const __m128i q = _mm_xor_si128(_mm_srli_si128(_mm_clmulepi64_si128(high, k, 0x10), 8), high);
+    const __m128i qp = _mm_clmulepi64_si128(q, _mm_cvtsi64_si128(c[BarrettPolynomial]), 0x00);
+    return static_cast<std::uint16_t>(_mm_cvtsi128_si32(_mm_xor_si128(qp, s)));
 }
 
 // The register goes onto the first four bytes (reflected) or the top sixteen bits of the first
@@ -173,35 +170,31 @@ KEL_WIDE_INLINE __m512i WideFold(__m512i x, __m512i k, __m512i next) {
 }
 
 // Four chains of 64-byte lanes: chain j reads at p + j * spacing + i * advance for i < steps,
-// and `carry` enters chain 0. kAdvance and kSpacing move a lane by `advance` and `spacing`
-// bytes. Returns the chains merged into one lane, which stands for all the data read up to the
-// last lane of chain 3.
+// and `carry` enters chain 0. kAdvance moves a lane by `advance` bytes.
 template <bool Reversed>
-KEL_WIDE_INLINE __m512i FourChains(const unsigned char* p, std::size_t steps, std::size_t spacing,
-                                   std::size_t advance, __m512i carry, __m512i kAdvance,
-                                   __m512i kSpacing) {
-    __m512i x0 = _mm512_xor_si512(WideLane<Reversed>(p), carry);
-    __m512i x1 = WideLane<Reversed>(p + spacing);
-    __m512i x2 = WideLane<Reversed>(p + 2 * spacing);
-    __m512i x3 = WideLane<Reversed>(p + 3 * spacing);
+KEL_WIDE_INLINE void FourChains(const unsigned char* p, std::size_t steps, std::size_t spacing,
+                                std::size_t advance, __m512i carry, __m512i kAdvance,
+                                __m512i (&x)[4]) {
+    x[0] = _mm512_xor_si512(WideLane<Reversed>(p), carry);
+#pragma GCC unroll 4
+    for (int chain = 1; chain < 4; ++chain)
+        x[chain] = WideLane<Reversed>(p + chain * spacing);
     for (std::size_t i = 1; i < steps; ++i) {
         p += advance;
+#pragma GCC unroll 4
         for (int chain = 0; chain < 4; ++chain)
             _mm_prefetch(reinterpret_cast<const char*>(p + chain * spacing + PrefetchBytes),
                          _MM_HINT_T0);
-        x0 = WideFold(x0, kAdvance, WideLane<Reversed>(p));
-        x1 = WideFold(x1, kAdvance, WideLane<Reversed>(p + spacing));
-        x2 = WideFold(x2, kAdvance, WideLane<Reversed>(p + 2 * spacing));
-        x3 = WideFold(x3, kAdvance, WideLane<Reversed>(p + 3 * spacing));
+#pragma GCC unroll 4
+        for (int chain = 0; chain < 4; ++chain)
+            x[chain] = WideFold(x[chain], kAdvance, WideLane<Reversed>(p + chain * spacing));
     }
-    x1 = WideFold(x0, kSpacing, x1);
-    x2 = WideFold(x1, kSpacing, x2);
-    return WideFold(x2, kSpacing, x3);
 }
 
-// Regions, then four interleaved chains over the rest, then single 64-byte lanes, then the four
-// 16-byte parts of the last lane in one step, each moved to the end of the last. From 256
-// bytes on; below that the 128-bit loop.
+// Regions of four chains a region apart, joined one after the other; then four interleaved
+// chains over the rest, each moved to the end of the last in one step; then single 64-byte
+// lanes; then the four 16-byte parts of the last lane, again in one step. From 256 bytes on;
+// below that the 128-bit loop.
 template <class Tr>
 KEL_WIDE typename Tr::Reg WideLoop(typename Tr::Reg crc, const unsigned char* data,
                                    std::size_t length, const typename Tr::Reg (*tables)[256],
@@ -211,29 +204,42 @@ KEL_WIDE typename Tr::Reg WideLoop(typename Tr::Reg crc, const unsigned char* da
         return ClmulLoop<Tr>(crc, data, length, tables, constants);
     const unsigned char* p = data;
     const unsigned char* end = data + length;
-    const __m512i kRegion = WideConstants(constants + FoldRegionLow);
-    const __m512i k2048 = WideConstants(constants + Fold2048Low);
     const __m512i k512 = WideConstants(constants + Fold512Low);
     const __m512i zero = _mm512_setzero_si512();
     __m512i carry = _mm512_inserti32x4(zero, First(crc), 0);
-    for (; end - p >= static_cast<std::ptrdiff_t>(4 * RegionBytes + 256); p += 4 * RegionBytes) {
-        const __m512i x =
-            FourChains<Reversed>(p, RegionBytes / 64, RegionBytes, 64, carry, k512, kRegion);
-        carry = WideFold(x, k512, zero);
+    __m512i lane = _mm512_xor_si512(WideLane<Reversed>(p), carry);
+    if (length >= 512) {
+        __m512i x[4];
+        if (end - p >= static_cast<std::ptrdiff_t>(4 * RegionBytes + 256)) {
+            const __m512i kRegion = WideConstants(constants + FoldRegionLow);
+            for (; end - p >= static_cast<std::ptrdiff_t>(4 * RegionBytes + 256);
+                 p += 4 * RegionBytes) {
+                FourChains<Reversed>(p, RegionBytes / 64, RegionBytes, 64, carry, k512, x);
+#pragma GCC unroll 3
+                for (int chain = 1; chain < 4; ++chain)
+                    x[chain] = WideFold(x[chain - 1], kRegion, x[chain]);
+                carry = WideFold(x[3], k512, zero);
+            }
+        }
+        const std::size_t steps = static_cast<std::size_t>(end - p) / 256;
+        FourChains<Reversed>(p, steps, 64, 256, carry, WideConstants(constants + Fold2048Low), x);
+        lane = WideFold(
+            x[0], WideConstants(constants + Fold1536Low),
+            WideFold(x[1], WideConstants(constants + Fold1024Low), WideFold(x[2], k512, x[3])));
+        p += 256 * steps;
+    } else {
+        p += 64;
     }
-    const std::size_t steps = static_cast<std::size_t>(end - p) / 256;
-    __m512i x = FourChains<Reversed>(p, steps, 64, 256, carry, k2048, k512);
-    for (p += 256 * steps; end - p >= 64; p += 64)
-        x = WideFold(x, k512, WideLane<Reversed>(p));
-    const std::uint64_t* c = constants;
-    const __m512i kParts = _mm512_set_epi64(0, 0, c[Fold128High], c[Fold128Low], c[Fold256High],
-                                            c[Fold256Low], c[Fold384High], c[Fold384Low]);
-    const __m512i parts = WideFold(x, kParts, _mm512_maskz_mov_epi64(0xC0, x));
+    for (; end - p >= 64; p += 64)
+        lane = WideFold(lane, k512, WideLane<Reversed>(p));
+    // Fold384Low to Fold128High in a row, and nothing for the last part.
+    const __m512i kParts = _mm512_maskz_loadu_epi64(0x3F, constants + Fold384Low);
+    const __m512i parts = WideFold(lane, kParts, _mm512_maskz_mov_epi64(0xC0, lane));
     const __m256i halves = _mm256_xor_si256(_mm512_maskz_extracti64x4_epi64(0xF, parts, 0),
                                             _mm512_maskz_extracti64x4_epi64(0xF, parts, 1));
-    const __m128i lane =
-        _mm_xor_si128(_mm256_castsi256_si128(halves), _mm256_extracti128_si256(halves, 1));
-    return Finish<Tr>(lane, p, end, constants);
+    return Finish<Tr>(
+        _mm_xor_si128(_mm256_castsi256_si128(halves), _mm256_extracti128_si256(halves, 1)), p, end,
+        constants);
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 // ("portable", "clmul" or "wide") when the processor runs it. A name the processor cannot run
 // gets the fastest loop it can; an unknown name is ignored. The switch exists so that every
 // loop can be checked end to end on one machine.
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 
@@ -27,15 +28,19 @@ constexpr std::size_t Stripes = 5;
 constexpr std::size_t RegionBytes = 65536;
 
 // Constants kept per polynomial beside its tables. A fold pair multiplies the low and the high
-// half of a 16-byte lane to move it the given number of bits further on; the stripe shift
-// moves a register over one stripe of the eight-byte loop. The last four reduce a folded lane
-// to the register: two folds down to 64 bits, then the quotient and the polynomial of a
-// Barrett reduction.
+// half of a 16-byte lane to move it the given number of bits further on (the pairs from 384 to
+// 128 bits are read as one row); the stripe shift moves a register over one stripe of the
+// eight-byte loop. The last three reduce a folded lane to the register: one fold down to 96 bits,
+// then the quotient and the polynomial of a Barrett reduction.
 enum Constant {
     FoldRegionLow,
     FoldRegionHigh,
     Fold2048Low,
     Fold2048High,
+    Fold1536Low,
+    Fold1536High,
+    Fold1024Low,
+    Fold1024High,
     Fold512Low,
     Fold512High,
     Fold384Low,
@@ -47,7 +52,6 @@ enum Constant {
     StripeShift,
     Polynomial,
     ReduceLane,
-    ReduceWord,
     BarrettQuotient,
     BarrettPolynomial,
     ConstantCount
@@ -101,8 +105,12 @@ Crc16Loop Crc16LoopOf(LoopKind kind);
 
 // The kind the CRC classes run, chosen on first use (see the top of this file).
 LoopKind SelectedLoop();
-Crc32Loop Crc32Selected();
-Crc16Loop Crc16Selected();
+
+// The loops the CRC classes call. Each starts as a resolver that stores the selected loop and
+// runs it, so that a call costs one load and one indirect call, and nothing depends on the
+// order in which static objects are built.
+extern std::atomic<Crc32Loop> Crc32Dispatch;
+extern std::atomic<Crc16Loop> Crc16Dispatch;
 
 } // namespace Crc
 } // namespace KelBase

@@ -11,17 +11,18 @@ std::uint64_t Reverse(std::uint64_t v, int bits) {
     return r;
 }
 
-// floor(x^64 / P) for P = x^n + low, bit i of `low` the coefficient of x^i (n <= 32).
-std::uint64_t DivideX64(std::uint64_t low, int n) {
-    const std::uint64_t full = low | std::uint64_t{1} << n;
-    std::uint64_t quotient = std::uint64_t{1} << (64 - n);
-    std::uint64_t rest = low << (64 - n);
-    for (int i = 63; i >= n; --i)
+// floor(x^(64+n) / P) without its x^64 term, for P = x^n + low, bit i of `low` the
+// coefficient of x^i (n <= 32).
+std::uint64_t BarrettQuotientLow(std::uint64_t low, int n) {
+    using Wide = unsigned __int128;
+    const Wide divisor = Wide{low} | Wide{1} << n;
+    Wide rest = Wide{1} << (64 + n), quotient = 0;
+    for (int i = 64 + n; i >= n; --i)
         if (rest >> i & 1) {
-            quotient |= std::uint64_t{1} << (i - n);
-            rest ^= full << (i - n);
+            quotient |= Wide{1} << (i - n);
+            rest ^= divisor << (i - n);
         }
-    return quotient;
+    return static_cast<std::uint64_t>(quotient);
 }
 
 // The constants that move a 16-byte lane `bits` further on. The low half of a reflected lane
@@ -39,23 +40,19 @@ void FoldPair(typename Tr::Reg polynomial, std::uint64_t bits, std::uint64_t* pa
     }
 }
 
-// The reduction of a lane L (its CRC from a zero register is L x^n mod P, n the width): its
-// high 64 powers move down by 64 and the register's n powers are added (ReduceLane), the part
-// left above x^64 moves down once more (ReduceWord), and Barrett's quotient floor(x^64 / P)
-// gives the remainder of the 64-bit rest with two more products. Reflected, the constants are
-// bit-reversed like the data (the Barrett pair as 33-bit words) and carry one power less for
-// the extra x of the reflected product.
+// The reduction of a lane L to its register L x^n mod P (n the width; see Reduce in
+// CrcFoldX86.cpp): the power that moves the lane's high half down, Barrett's quotient and the
+// polynomial. Reflected, the constants are bit-reversed like the data, carry one power less for
+// the extra x of the reflected product, and the quotient keeps its powers 64 to 1.
 template <class Tr> void ReductionConstants(typename Tr::Reg polynomial, std::uint64_t* c) {
     const std::uint64_t low = Tr::Reflected ? Reverse(polynomial, Tr::Bits) : polynomial;
-    const std::uint64_t quotient = DivideX64(low, Tr::Bits);
+    const std::uint64_t quotient = BarrettQuotientLow(low, Tr::Bits);
     if (Tr::Reflected) {
         c[ReduceLane] = std::uint64_t{PowerMod<Tr>(polynomial, 64 + Tr::Bits - 1)} << 32;
-        c[ReduceWord] = std::uint64_t{PowerMod<Tr>(polynomial, 64 - 1)} << 32;
-        c[BarrettQuotient] = Reverse(quotient, Tr::Bits + 1);
+        c[BarrettQuotient] = Reverse(std::uint64_t{1} << 63 | quotient >> 1, 64);
         c[BarrettPolynomial] = std::uint64_t{polynomial} << 1 | 1;
     } else {
         c[ReduceLane] = PowerMod<Tr>(polynomial, 64 + Tr::Bits);
-        c[ReduceWord] = PowerMod<Tr>(polynomial, 64);
         c[BarrettQuotient] = quotient;
         c[BarrettPolynomial] = low | std::uint64_t{1} << Tr::Bits;
     }
@@ -75,6 +72,8 @@ void FillTables(typename Tr::Reg polynomial, typename Tr::Reg (*tables)[256],
             tables[k][i] = Tr::Byte(tables[k - 1][i], 0, tables);
     FoldPair<Tr>(polynomial, 8 * RegionBytes, constants + FoldRegionLow);
     FoldPair<Tr>(polynomial, 2048, constants + Fold2048Low);
+    FoldPair<Tr>(polynomial, 1536, constants + Fold1536Low);
+    FoldPair<Tr>(polynomial, 1024, constants + Fold1024Low);
     FoldPair<Tr>(polynomial, 512, constants + Fold512Low);
     FoldPair<Tr>(polynomial, 384, constants + Fold384Low);
     FoldPair<Tr>(polynomial, 256, constants + Fold256Low);

@@ -89,7 +89,7 @@ public:
         // Carry-less folding and reduction constants (powers of x modulo the polynomial, the
         // quotient of a Barrett reduction) and the shift that joins the stripes of the
         // eight-byte loop.
-        std::uint64_t m_constants[18];
+        std::uint64_t m_constants[21];
         T m_polynomial;
         Node* m_pNext;
     };
