@@ -58,11 +58,13 @@ const std::size_t BytesPerTiming = 4u << 20;
 std::vector<double> Measure(const std::vector<Candidate>& candidates, const unsigned char* data,
                             std::size_t length) {
     const std::size_t calls = std::max<std::size_t>(1, BytesPerTiming / length);
-    const int rounds = length > BytesPerTiming ? 5 : 25;
+    const int rounds = length > BytesPerTiming ? 10 : 25;
     std::vector<double> best(candidates.size(), 0.0);
     std::uint32_t sink = 0;
     for (int round = 0; round < rounds; ++round)
-        for (std::size_t c = 0; c < candidates.size(); ++c) {
+        for (std::size_t turn = 0; turn < candidates.size(); ++turn) {
+            // Every other round in reverse order, so that no candidate always follows the same.
+            const std::size_t c = round % 2 ? candidates.size() - 1 - turn : turn;
             const Function run = candidates[c].run;
             const double ns =
                 KelBench::NsPerCall([&](std::size_t) { sink ^= run(data, length); }, calls, 1);

@@ -34,14 +34,12 @@ LoopKind Choose() {
     return fastest;
 }
 
-// Indexed by LoopKind.
-#ifdef __x86_64__
-const Crc32Loop Crc32Loops[] = {Crc32Slice8, Crc32Clmul, Crc32Wide};
-const Crc16Loop Crc16Loops[] = {Crc16Slice8, Crc16Clmul, Crc16Wide};
-#else
-const Crc32Loop Crc32Loops[] = {Crc32Slice8, nullptr, nullptr};
-const Crc16Loop Crc16Loops[] = {Crc16Slice8, nullptr, nullptr};
-#endif
+// The loops are read at each call rather than kept in a table built at start-up, so that no
+// static object's construction depends on another's.
+template <class Loop> Loop Pick(LoopKind kind, Loop portable, Loop clmul, Loop wide) {
+    const Loop loops[] = {portable, clmul, wide};
+    return Runs(kind) ? loops[static_cast<int>(kind)] : nullptr;
+}
 
 } // namespace
 
@@ -51,11 +49,11 @@ const char* LoopName(LoopKind kind) {
 }
 
 Crc32Loop Crc32LoopOf(LoopKind kind) {
-    return Runs(kind) ? Crc32Loops[static_cast<int>(kind)] : nullptr;
+    return Pick(kind, Crc32Slice8, Crc32Clmul, Crc32Wide);
 }
 
 Crc16Loop Crc16LoopOf(LoopKind kind) {
-    return Runs(kind) ? Crc16Loops[static_cast<int>(kind)] : nullptr;
+    return Pick(kind, Crc16Slice8, Crc16Clmul, Crc16Wide);
 }
 
 LoopKind SelectedLoop() {

@@ -244,29 +244,10 @@ KEL_WIDE typename Tr::Reg WideLoop(typename Tr::Reg crc, const unsigned char* da
 
 } // namespace
 
-KEL_CLMUL std::uint32_t Crc32Clmul(std::uint32_t crc, const unsigned char* data, std::size_t length,
-                                   const std::uint32_t (*tables)[256],
-                                   const std::uint64_t* constants) {
-    return ClmulLoop<Reflected32>(crc, data, length, tables, constants);
-}
-
-KEL_CLMUL std::uint16_t Crc16Clmul(std::uint16_t crc, const unsigned char* data, std::size_t length,
-                                   const std::uint16_t (*tables)[256],
-                                   const std::uint64_t* constants) {
-    return ClmulLoop<Msb16>(crc, data, length, tables, constants);
-}
-
-KEL_WIDE std::uint32_t Crc32Wide(std::uint32_t crc, const unsigned char* data, std::size_t length,
-                                 const std::uint32_t (*tables)[256],
-                                 const std::uint64_t* constants) {
-    return WideLoop<Reflected32>(crc, data, length, tables, constants);
-}
-
-KEL_WIDE std::uint16_t Crc16Wide(std::uint16_t crc, const unsigned char* data, std::size_t length,
-                                 const std::uint16_t (*tables)[256],
-                                 const std::uint64_t* constants) {
-    return WideLoop<Msb16>(crc, data, length, tables, constants);
-}
+const Crc32Loop Crc32Clmul = ClmulLoop<Reflected32>;
+const Crc16Loop Crc16Clmul = ClmulLoop<Msb16>;
+const Crc32Loop Crc32Wide = WideLoop<Reflected32>;
+const Crc16Loop Crc16Wide = WideLoop<Msb16>;
 
 } // namespace Crc
 } // namespace KelBase

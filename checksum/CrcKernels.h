@@ -74,23 +74,22 @@ using Crc16Loop = std::uint16_t (*)(std::uint16_t crc, const unsigned char* data
                                     const std::uint64_t* constants);
 
 // The portable loops: eight bytes per step, several stripes at a time on long blocks.
-std::uint32_t Crc32Slice8(std::uint32_t crc, const unsigned char* data, std::size_t length,
-                          const std::uint32_t (*tables)[256], const std::uint64_t* constants);
-std::uint16_t Crc16Slice8(std::uint16_t crc, const unsigned char* data, std::size_t length,
-                          const std::uint16_t (*tables)[256], const std::uint64_t* constants);
+extern const Crc32Loop Crc32Slice8;
+extern const Crc16Loop Crc16Slice8;
 
 #ifdef __x86_64__
 // Carry-less loops. Clmul needs PCLMULQDQ with SSE4.1; Wide needs VPCLMULQDQ with AVX-512.
-// Blocks under 16 bytes take the table loop, and Wide folds blocks under 256 bytes as Clmul
+// Blocks under 16 bytes take the table loop, and Wide folds blocks under 64 bytes as Clmul
 // does.
-std::uint32_t Crc32Clmul(std::uint32_t crc, const unsigned char* data, std::size_t length,
-                         const std::uint32_t (*tables)[256], const std::uint64_t* constants);
-std::uint16_t Crc16Clmul(std::uint16_t crc, const unsigned char* data, std::size_t length,
-                         const std::uint16_t (*tables)[256], const std::uint64_t* constants);
-std::uint32_t Crc32Wide(std::uint32_t crc, const unsigned char* data, std::size_t length,
-                        const std::uint32_t (*tables)[256], const std::uint64_t* constants);
-std::uint16_t Crc16Wide(std::uint16_t crc, const unsigned char* data, std::size_t length,
-                        const std::uint16_t (*tables)[256], const std::uint64_t* constants);
+extern const Crc32Loop Crc32Clmul;
+extern const Crc16Loop Crc16Clmul;
+extern const Crc32Loop Crc32Wide;
+extern const Crc16Loop Crc16Wide;
+#else
+constexpr Crc32Loop Crc32Clmul = nullptr;
+constexpr Crc16Loop Crc16Clmul = nullptr;
+constexpr Crc32Loop Crc32Wide = nullptr;
+constexpr Crc16Loop Crc16Wide = nullptr;
 #endif
 
 // The kinds of loop, slowest first.

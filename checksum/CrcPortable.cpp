@@ -3,15 +3,8 @@
 namespace KelBase {
 namespace Crc {
 
-std::uint32_t Crc32Slice8(std::uint32_t crc, const unsigned char* data, std::size_t length,
-                          const std::uint32_t (*tables)[256], const std::uint64_t* constants) {
-    return SliceLoop<Reflected32>(crc, data, length, tables, constants);
-}
-
-std::uint16_t Crc16Slice8(std::uint16_t crc, const unsigned char* data, std::size_t length,
-                          const std::uint16_t (*tables)[256], const std::uint64_t* constants) {
-    return SliceLoop<Msb16>(crc, data, length, tables, constants);
-}
+const Crc32Loop Crc32Slice8 = SliceLoop<Reflected32>;
+const Crc16Loop Crc16Slice8 = SliceLoop<Msb16>;
 
 } // namespace Crc
 } // namespace KelBase

@@ -4,9 +4,12 @@ set -euo pipefail
 # Xvfb, xclip and ImageMagick: keltool's window and clipboard tests under a real X display.
 # clang and its runtime: the fuzz targets. OpenSSL and libmcrypt: references of the crypto tests.
 # Doxygen: the API documentation.
+# libisal-dev and libdeflate-dev only serve the native CRC benchmark, which is left out without
+# them.
 packages=(cmake make g++ mingw-w64 g++-mingw-w64-x86-64-posix wine wine64 googletest
           libssl-dev libmcrypt-dev
-          libz-mingw-w64-dev zlib1g-dev xvfb xclip imagemagick clang libclang-rt-14-dev doxygen)
+          libz-mingw-w64-dev zlib1g-dev xvfb xclip imagemagick clang libclang-rt-14-dev doxygen
+          libisal-dev libdeflate-dev)
 missing=()
 for p in "${packages[@]}"; do
     dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
