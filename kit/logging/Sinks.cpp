@@ -57,11 +57,10 @@ std::string LocalTimestamp() {
 #else
     localtime_r(&seconds, &local);
 #endif
-    char buffer[32];
-    std::snprintf(buffer, sizeof buffer, "%04d-%02d-%02d %02d:%02d:%02d.%03lld",
-                  local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
-                  local.tm_min, local.tm_sec, millis);
-    return buffer;
+    char date[32], fraction[8];
+    std::strftime(date, sizeof date, "%Y-%m-%d %H:%M:%S", &local);
+    std::snprintf(fraction, sizeof fraction, ".%03d", static_cast<int>(millis));
+    return std::string(date) + fraction;
 }
 
 } // namespace

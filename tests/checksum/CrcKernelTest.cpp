@@ -12,31 +12,12 @@
 #include <vector>
 
 #include "COXCheckBase.h"
+#include "CrcBitwise.h"
 #include "CrcKernels.h"
 
 using namespace KelBase::Crc;
 
 namespace {
-
-std::uint32_t BitwiseCrc32(std::uint32_t polynomial, std::uint32_t crc, const unsigned char* data,
-                           std::size_t length) {
-    for (std::size_t i = 0; i < length; ++i) {
-        crc ^= data[i];
-        for (int bit = 0; bit < 8; ++bit)
-            crc = (crc & 1u) ? (crc >> 1) ^ polynomial : crc >> 1;
-    }
-    return crc;
-}
-
-std::uint16_t BitwiseCrc16(std::uint16_t polynomial, std::uint16_t crc, const unsigned char* data,
-                           std::size_t length) {
-    for (std::size_t i = 0; i < length; ++i) {
-        crc = static_cast<std::uint16_t>(crc ^ (data[i] << 8));
-        for (int bit = 0; bit < 8; ++bit)
-            crc = static_cast<std::uint16_t>((crc & 0x8000u) ? (crc << 1) ^ polynomial : crc << 1);
-    }
-    return crc;
-}
 
 const LoopKind Kinds[] = {LoopKind::Portable, LoopKind::Clmul, LoopKind::Wide};
 
