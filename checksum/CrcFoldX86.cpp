@@ -1,7 +1,7 @@
 // The carry-less CRC loops of x86-64. The block is read as 16-byte lanes; a lane moves further
 // on by multiplying its two halves with powers of x modulo the polynomial, and is added to the
 // lane it lands on, until one lane is left; the last partial lane is shifted in, and the lane
-// is reduced to the register with two more folds and a Barrett reduction. This is the folding
+// is reduced to the register with one more fold and a Barrett reduction. This is the folding
 // of V. Gopal et al., "Fast CRC Computation for Generic Polynomials Using PCLMULQDQ
 // Instruction" (Intel, 2009), with the constants of each polynomial computed beside its tables.
 // The 128-bit loop keeps four lanes side by side; the 512-bit loop sixteen, in four chains.
@@ -63,11 +63,13 @@ KEL_CLMUL_INLINE __m128i PartialLane(__m128i x, std::size_t length, const unsign
                                      __m128i k128) {
     // 16 bytes from Shifts + s shuffle a lane s bytes towards its low end, from Shifts + 32 - s
     // s bytes towards its high end; bytes that come in are zero and have their top bit set.
+    // clang-format off
     static const unsigned char Shifts[48] = {
-        0,    1,    2,    3,    4,    5,    6,    7,    8,    9,    10,   11,
-        12,   13,   14,   15,   0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80,
-        0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0,    1,    2,    3,
-        4,    5,    6,    7,    8,    9,    10,   11,   12,   13,   14,   15};
+        0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15,
+        0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80,
+        0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80,
+        0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15};
+    // clang-format on
     const std::size_t s = Reversed ? 16 - length : 16 + length;
     const std::size_t t = Reversed ? 32 - length : length;
     const __m128i toEnd = _mm_loadu_si128(reinterpret_cast<const __m128i*>(Shifts + s));
