@@ -55,7 +55,7 @@ void MakeFile(const char* name, unsigned long long bytes, unsigned tags) {
     for (size_t i = 0; i < data.size(); ++i)
         data[i] = static_cast<unsigned char>(i * 131);
     for (unsigned i = 0; i < tags; ++i) {
-        PutHeader(file, i % 2 ? "MESH" : "PART", 1, static_cast<unsigned>(data.size()));
+        PutHeader(file, i % 2 ? "MESH" : "BODY", 1, static_cast<unsigned>(data.size()));
         std::fwrite(data.data(), 1, data.size(), file);
     }
     std::fclose(file);

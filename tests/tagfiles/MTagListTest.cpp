@@ -91,7 +91,7 @@ TEST(MTagTest, NamesVersionsAndComparison) {
     EXPECT_EQ(2, longer.m_vmajor);
 
     // The minor version never counts; COMPARE's modes grade the majors.
-    const MTag v20("PART", 2, 0), v21("PART", 2, 1), v3("PART", 3, 0), other("MESH", 2, 0);
+    const MTag v20("BODY", 2, 0), v21("BODY", 2, 1), v3("BODY", 3, 0), other("MESH", 2, 0);
     EXPECT_TRUE(v20 == v21);
     EXPECT_FALSE(v20 == v3);
     EXPECT_FALSE(v20 == other);
@@ -148,7 +148,7 @@ TEST_F(TagFileTest, HeaderWriteReadAndPatch) {
 
 TEST_F(TagFileTest, BuildTagListChecksTheHeadAndRestoresThePosition) {
     MTagList list;
-    MFile& file = Open(Header("KELCOX", 2, 1, 0) + Tag("PART", 2, "abc"));
+    MFile& file = Open(Header("KELCOX", 2, 1, 0) + Tag("BODY", 2, "abc"));
     ASSERT_TRUE(file.SEEK(5));
     EXPECT_FALSE(list.BUILD_TAG_LIST(file));
     EXPECT_EQ(5, file.TELL());
@@ -156,12 +156,12 @@ TEST_F(TagFileTest, BuildTagListChecksTheHeadAndRestoresThePosition) {
     EXPECT_FALSE(list.BUILD_TAG_LIST(file));
 
     // A second head tag replaces the first; a zero-length tag is followed by its siblings.
-    Open(Head(1, 5) + Tag("PART", 2, "abc") + Tag("EMPTY", 2, "") + Head(1, 6) +
+    Open(Head(1, 5) + Tag("BODY", 2, "abc") + Tag("EMPTY", 2, "") + Head(1, 6) +
          Tag("MESH", 2, "0123456789"));
     ASSERT_TRUE(m_file.SEEK(7));
     ASSERT_TRUE(list.BUILD_TAG_LIST(m_file));
     EXPECT_EQ(7, m_file.TELL());
-    EXPECT_EQ((std::vector<std::string>{"PART@12+3", "EMPTY@27+0", "MESH@51+10"}), Layout(list));
+    EXPECT_EQ((std::vector<std::string>{"BODY@12+3", "EMPTY@27+0", "MESH@51+10"}), Layout(list));
     EXPECT_EQ(3u, list.SIZE());
     EXPECT_EQ(39, list.GET_HEAD_TAG().m_header_pos);
     EXPECT_EQ(6, list.GET_HEAD_TAG().m_vminor);
@@ -186,10 +186,10 @@ TEST_F(TagFileTest, BuildTagListChecksTheHeadAndRestoresThePosition) {
 TEST_F(TagFileTest, BuildTagTreeListsNestedTagsInPreOrder) {
     const std::string leaf = Tag("LEAF", 2, "");
     const std::string mesh = Tag("MESH", 2, Tag("DATA", 2, Tag("NOT", 2, "child")) + leaf);
-    MFile& file = Open(Head(2, 1) + Tag("PART", 2, mesh + Tag("MUID", 2, leaf)) + leaf);
+    MFile& file = Open(Head(2, 1) + Tag("BODY", 2, mesh + Tag("MUID", 2, leaf)) + leaf);
     MTagList list;
     list.BUILD_TAG_TREE(file, 0, -1);
-    EXPECT_EQ((std::vector<std::string>{"PART@12+77", "MESH@24+41", "DATA@36+17", "LEAF@65+0",
+    EXPECT_EQ((std::vector<std::string>{"BODY@12+77", "MESH@24+41", "DATA@36+17", "LEAF@65+0",
                                         "MUID@77+12", "LEAF@101+0"}),
               Layout(list));
     EXPECT_EQ(0, list.GET_HEAD_TAG().m_header_pos);
@@ -210,14 +210,14 @@ TEST_F(TagFileTest, BuildTagTreeListsNestedTagsInPreOrder) {
     EXPECT_EQ((std::vector<std::string>{"MESH@24+41", "DATA@36+17", "LEAF@65+0", "MUID@77+12"}),
               Layout(list));
     EXPECT_EQ(3, file.TELL());
-    for (MTag raw : {MTag("DATA", 2, 0), MTag("PART", 1, 0)}) {
+    for (MTag raw : {MTag("DATA", 2, 0), MTag("BODY", 1, 0)}) {
         raw.m_data_pos = 24;
         raw.m_length = 77;
         ASSERT_TRUE(list.BUILD_TAG_LIST(file, raw, true)) << raw.m_name;
         EXPECT_EQ(0u, list.SIZE()) << raw.m_name << " " << int(raw.m_vmajor);
     }
     LogCapture log;
-    MTag unplaced("PART");
+    MTag unplaced("BODY");
     EXPECT_FALSE(list.BUILD_TAG_LIST(file, unplaced, false));
     EXPECT_EQ(std::vector<std::wstring>{L"In MTagList::CONVERT() : Could not find given tag data "
                                         L"position"},
@@ -247,28 +247,28 @@ TEST_F(TagFileTest, BuildTagTreeStopsOnHostileLengths) {
 }
 
 TEST_F(TagFileTest, FindNextAndRemove) {
-    MFile& file = Open(Head(2, 1) + Tag("PART", 2, "a") + Tag("PART", 1, "bb") +
-                       Tag("MESH", 2, "ccc") + Tag("PART", 2, "dddd"));
+    MFile& file = Open(Head(2, 1) + Tag("BODY", 2, "a") + Tag("BODY", 1, "bb") +
+                       Tag("MESH", 2, "ccc") + Tag("BODY", 2, "dddd"));
     MTagList list;
     ASSERT_TRUE(list.BUILD_TAG_LIST(file));
-    MTag wanted("PART", 2, 9);
+    MTag wanted("BODY", 2, 9);
     MTag* first = list.FIND_TAG(file, nullptr, wanted, 0, true);
     ASSERT_EQ(&list.GetTags()[0], first);
     EXPECT_EQ(24, file.TELL());
     EXPECT_EQ(0, wanted.m_vminor) << "the element is copied into the tag";
     EXPECT_EQ(&list.GetTags()[3], list.FIND_TAG(file, first, wanted, 0, false));
     EXPECT_EQ(nullptr, list.FIND_TAG(file, &list.GetTags()[3], wanted, 0, false));
-    MTag stranger("PART");
+    MTag stranger("BODY");
     EXPECT_EQ(nullptr, list.FIND_TAG(file, &stranger, wanted, 0, false));
     EXPECT_EQ(nullptr, list.FIND_TAG(file, nullptr, wanted, 2, false));
     MTag unnamed("", 2, 0);
     EXPECT_EQ(nullptr, list.FIND_TAG(file, nullptr, unnamed, 0, false));
 
     // Version modes: any, a lower major accepted, equal majors.
-    MTag v1("PART", 1, 0), v3("PART", 3, 0);
+    MTag v1("BODY", 1, 0), v3("BODY", 3, 0);
     EXPECT_EQ(&list.GetTags()[0], list.FIND_TAG_EX(file, nullptr, v1, 0, 0, false));
     EXPECT_EQ(&list.GetTags()[0], list.FIND_TAG_EX(file, nullptr, v3, 1, 0, false));
-    v1.INIT("PART", 1, 0);
+    v1.INIT("BODY", 1, 0);
     EXPECT_EQ(&list.GetTags()[1], list.FIND_TAG_EX(file, nullptr, v1, 1, 0, false));
 
     EXPECT_EQ(&list.GetTags()[0], list.NEXT_TAG(file, nullptr, false));
@@ -278,20 +278,20 @@ TEST_F(TagFileTest, FindNextAndRemove) {
 
     // Kind 1 removes only what is not written in this pass; kind 0 the rest of a name.
     list.NEXT_TAG(file, nullptr, false)->m_written = true;
-    MTag part("PART", 2, 0);
+    MTag part("BODY", 2, 0);
     EXPECT_TRUE(list.REMOVE_TAGS(part, 1));
-    EXPECT_EQ((std::vector<std::string>{"PART@12+1", "PART@25+2", "MESH@39+3"}), Layout(list));
+    EXPECT_EQ((std::vector<std::string>{"BODY@12+1", "BODY@25+2", "MESH@39+3"}), Layout(list));
     EXPECT_FALSE(list.REMOVE_TAGS(part, 1));
     EXPECT_FALSE(list.REMOVE_TAGS(part, 2));
     EXPECT_TRUE(list.REMOVE_TAGS(part, 0));
-    EXPECT_EQ((std::vector<std::string>{"PART@25+2", "MESH@39+3"}), Layout(list));
+    EXPECT_EQ((std::vector<std::string>{"BODY@25+2", "MESH@39+3"}), Layout(list));
 }
 
 // Rewriting a file tag by tag: repeated names are found in order as they are written, lengths
 // are back-patched, and a tag the list does not hold goes out without its name.
 TEST_F(TagFileTest, RewriteStepsThroughRepeatedTags) {
     MFile& source =
-        Open(Head(2, 1) + Tag("PART", 2, "first") + Tag("MESH", 2, "m") + Tag("PART", 2, "second"));
+        Open(Head(2, 1) + Tag("BODY", 2, "first") + Tag("MESH", 2, "m") + Tag("BODY", 2, "second"));
     MTagList list;
     ASSERT_TRUE(list.BUILD_TAG_LIST(source));
     MFile target;
@@ -300,12 +300,12 @@ TEST_F(TagFileTest, RewriteStepsThroughRepeatedTags) {
     ASSERT_TRUE(list.GET_HEAD_TAG().UPDATE_SKIP(target));
 
     std::vector<std::string> seen;
-    MTag find("PART", 2, 0);
+    MTag find("BODY", 2, 0);
     for (MTag* at = nullptr; (at = list.FIND_TAG(source, nullptr, find, 1, true));) {
         std::string data(static_cast<size_t>(find.m_length), '\0');
         ASSERT_EQ(data.size(), source.READ(&data[0], data.size()));
         seen.push_back(data);
-        MTag write("PART", 2, 5);
+        MTag write("BODY", 2, 5);
         ASSERT_TRUE(list.WRITE_TAG_BEGIN(target, write));
         EXPECT_TRUE(at->m_written);
         EXPECT_EQ(0, at->m_length);
@@ -323,13 +323,13 @@ TEST_F(TagFileTest, RewriteStepsThroughRepeatedTags) {
     EXPECT_EQ(4u, list.SIZE());
     target.CLOSE();
     // A tag found in the list keeps its own version.
-    EXPECT_EQ(Head(2, 1) + Header("PART", 2, 0, 6) + "first+" + Header("PART", 2, 0, 7) +
+    EXPECT_EQ(Head(2, 1) + Header("BODY", 2, 0, 6) + "first+" + Header("BODY", 2, 0, 7) +
                   "second+" + Header("", 2, 0, 2) + "nw",
               ReadRaw(L"out.kel"));
 }
 
 TEST_F(ConvertTest, ConvertKeepsEveryTagsData) {
-    const std::string body = Tag("PART", 1, Tag("MESH", 1, std::string(300000, 'm'))) +
+    const std::string body = Tag("BODY", 1, Tag("MESH", 1, std::string(300000, 'm'))) +
                              Tag("DATA", 1, "raw") + Tag("EMPTY", 1, "");
     WriteRaw(L"old.kel", Head(1, 3) + body);
     WriteRaw(L"same.kel", Head(2, 0) + body);
@@ -368,7 +368,7 @@ TEST_F(ConvertTest, ConvertKeepsEveryTagsData) {
 TEST_F(ConvertTest, ConvertRollsBackWhenTheDiskFails) {
     std::string body;
     for (int i = 0; i < 6; ++i)
-        body += Tag("PART", 1, std::string(300000 + i, static_cast<char>('a' + i)));
+        body += Tag("BODY", 1, std::string(300000 + i, static_cast<char>('a' + i)));
     const std::string original = Head(1, 0) + body, converted = Head(2, 1) + body;
     const std::wstring name = L"disk.kel";
     MFileName file(name.c_str());

@@ -20,11 +20,11 @@ protected:
 
 TEST_F(TagKeltoolTest, TagsPrintsTheTreeAndConvertRewrites) {
     const std::string body =
-        Tag("PART", 1, Tag("MESH", 1, Tag("DATA", 1, "raw") + Tag("LEAF", 1, ""))) +
+        Tag("BODY", 1, Tag("MESH", 1, Tag("DATA", 1, "raw") + Tag("LEAF", 1, ""))) +
         Tag(std::string("N\x01", 2), 1, "xy");
     const std::wstring file = Make(L"part.kel", Head(1, 3) + body);
     const std::string tree = "KELCOM %s  offset 0  length 0\r\n"
-                             "PART 1.0  offset 12  length 39\r\n"
+                             "BODY 1.0  offset 12  length 39\r\n"
                              "  MESH 1.0  offset 24  length 27\r\n"
                              "    DATA 1.0  offset 36  length 3\r\n"
                              "    LEAF 1.0  offset 51  length 0\r\n"
@@ -58,7 +58,7 @@ TEST_F(TagKeltoolTest, TagsPrintsTheTreeAndConvertRewrites) {
 }
 
 TEST_F(TagKeltoolTest, DamagedFilesAndUsage) {
-    const std::wstring cut = Make(L"cut.kel", Head(2, 1) + Header("PART", 2, 0, 100) + "xy");
+    const std::wstring cut = Make(L"cut.kel", Head(2, 1) + Header("BODY", 2, 0, 100) + "xy");
     KeltoolResult result = Run({L"tags", cut});
     EXPECT_EQ(1u, result.exitCode);
     EXPECT_EQ("KELCOM 2.1  offset 0  length 0\r\n", result.out);
