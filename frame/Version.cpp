@@ -34,6 +34,8 @@ const wchar_t* const* KelBaseGetFamilies() {
         L"clipboard: CopyStringToClipboard (narrow and wide) and GetTextFromClipboard",
         L"registry: COXRegistry keys, values, hives and remote roots; MRegKey and "
         L"MSoftKeyCU/LM lazily opened keys with 32/64-bit views; CRegUtils one-shot values",
+        L"system: MSystemInfo OS and processor names, memory, disk and display; MSysError "
+        L"system error texts; MMExceptionTranslator faults as MHardException and its kinds",
         nullptr,
     };
     return families;

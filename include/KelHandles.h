@@ -11,3 +11,4 @@ typedef struct HKEY__* HKEY;
 
 // Declared, not defined: pointers to them appear in registry signatures.
 typedef struct _SECURITY_ATTRIBUTES SECURITY_ATTRIBUTES;
+typedef struct HDC__* HDC;

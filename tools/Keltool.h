@@ -45,6 +45,9 @@ int FailWithCode(const std::wstring& what, unsigned long code);
 
 std::wstring Hex(unsigned long value, int digits);
 
+// A whole number given in decimal or, with 0x, in hexadecimal, no larger than `limit`.
+bool ParseNumber(const std::wstring& text, unsigned long long limit, unsigned long long& value);
+
 // Splits leading options ("--name" or "--name=value") from operands; "--" ends the options.
 struct Parsed {
     std::vector<std::wstring> options;

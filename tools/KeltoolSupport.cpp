@@ -2,7 +2,10 @@
 
 #include <io.h>
 
+#include <cerrno>
 #include <cstdio>
+#include <cwchar>
+#include <cwctype>
 
 #include "ProgressWindow.h"
 #include "StdBase.h"
@@ -47,15 +50,9 @@ int UsageError(const std::wstring& command, const std::wstring& message) {
 }
 
 std::wstring ErrorText(unsigned long code) {
-    wchar_t* buffer = nullptr;
-    const DWORD length = FormatMessageW(
-        FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
-        nullptr, code, 0, reinterpret_cast<wchar_t*>(&buffer), 0, nullptr);
-    std::wstring text = length ? std::wstring(buffer, length) : L"unknown error";
-    LocalFree(buffer);
-    while (!text.empty() && (text.back() == L'\n' || text.back() == L'\r' || text.back() == L' '))
-        text.pop_back();
-    return text + L" (error code " + std::to_wstring(code) + L")";
+    CString text;
+    return std::wstring(MSysErrorCode::LoadError(text, code)) + L" (error code " +
+           std::to_wstring(code) + L")";
 }
 
 int FailWithCode(const std::wstring& what, unsigned long code) {
@@ -64,6 +61,13 @@ int FailWithCode(const std::wstring& what, unsigned long code) {
 
 std::wstring Hex(unsigned long value, int digits) {
     return StdBase::FormatString(L"%0*lX", digits, value);
+}
+
+bool ParseNumber(const std::wstring& text, unsigned long long limit, unsigned long long& value) {
+    wchar_t* end = nullptr;
+    errno = 0;
+    value = std::wcstoull(text.c_str(), &end, 0);
+    return !text.empty() && iswdigit(text[0]) && errno == 0 && *end == L'\0' && value <= limit;
 }
 
 Parsed SplitOptions(const Arguments& arguments) {

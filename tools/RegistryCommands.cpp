@@ -1,8 +1,6 @@
 // reg get|set|delete|list: registry keys and values, printed the way the system's reg tool
 // prints them, so that scripts can read either.
-#include <cerrno>
 #include <cwchar>
-#include <cwctype>
 
 #include "Keltool.h"
 #include "StdBase.h"
@@ -172,17 +170,11 @@ int List(const Key& key) {
 
 // DATA as the bytes of TYPE; false when it does not parse.
 bool Encode(DWORD type, const std::wstring& data, std::vector<BYTE>& bytes) {
-    auto number = [&data](ULONGLONG limit, ULONGLONG& value) {
-        wchar_t* end = nullptr;
-        errno = 0;
-        value = std::wcstoull(data.c_str(), &end, 0);
-        return !data.empty() && iswdigit(data[0]) && errno == 0 && *end == L'\0' && value <= limit;
-    };
     auto text = [&bytes](const std::wstring& chars) {
         const auto* raw = reinterpret_cast<const BYTE*>(chars.c_str());
         bytes.assign(raw, raw + (chars.size() + 1) * sizeof(wchar_t));
     };
-    ULONGLONG value = 0;
+    unsigned long long value = 0;
     switch (type) {
     case REG_SZ:
     case REG_EXPAND_SZ:
@@ -200,13 +192,13 @@ bool Encode(DWORD type, const std::wstring& data, std::vector<BYTE>& bytes) {
         return true;
     }
     case REG_DWORD:
-        if (!number(0xFFFFFFFFull, value))
+        if (!ParseNumber(data, 0xFFFFFFFFull, value))
             return false;
         bytes.resize(sizeof(DWORD));
         *reinterpret_cast<DWORD*>(bytes.data()) = static_cast<DWORD>(value);
         return true;
     case REG_QWORD:
-        if (!number(~0ull, value))
+        if (!ParseNumber(data, ~0ull, value))
             return false;
         bytes.resize(sizeof(ULONGLONG));
         *reinterpret_cast<ULONGLONG*>(bytes.data()) = value;

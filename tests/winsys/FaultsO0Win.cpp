@@ -1,0 +1,2 @@
+#define FAULTS FaultsO0
+#include "Faults.inc"

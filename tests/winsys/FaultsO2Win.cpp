@@ -1,0 +1,2 @@
+#define FAULTS FaultsO2
+#include "Faults.inc"
