@@ -194,8 +194,9 @@ TEST_F(WindowTest, AdapterKeepsOneStackPerThread) {
 
 // Strings by id come from the resource module as the platform loads them: an unknown id gives
 // the empty text, so nothing of the module's path (here full of conversions) reaches the
-// formatter. String 10 of the test module is "%d items in %s".
-TEST_F(ProgressTest, AdapterLoadsStringsByIdAsPlatformStrings) {
+// formatter. String 10 of the test module is "%d items in %s". A level's text reaches its window
+// when a nested level ends.
+TEST_F(WindowTest, AdapterLoadsStringsByIdAsPlatformStrings) {
     namespace fs = std::filesystem;
     wchar_t original[MAX_PATH];
     ASSERT_NE(GetModuleFileNameW(GetModuleHandleW(nullptr), original, MAX_PATH), 0u);
@@ -209,17 +210,25 @@ TEST_F(ProgressTest, AdapterLoadsStringsByIdAsPlatformStrings) {
     CKelResource::SetResInstance(module);
 
     MStatusCallbackToMProgressImpl adapter;
+    MProgress::AttachUITarget(0, a);
+    const wchar_t* const untitled = nullptr;
     Listener::STATUS_BEGIN(0, 10, 10u, 3, L"the box");
-    EXPECT_EQ(MProgress::GetProgressPointers().back()->GetText(), L"3 items in the box");
+    Listener::STATUS_BEGIN(0, 1, untitled);
+    Listener::STATUS_END();
+    Listener::STATUS_END();
     Listener::STATUS_BEGIN(0, 10, 4242u, 1, 2);
-    EXPECT_EQ(MProgress::GetProgressPointers().back()->GetText(), L"");
-    EXPECT_EQ(MProgress::GetProgressPointers().size(), 2u);
+    Listener::STATUS_BEGIN(0, 1, untitled);
+    Listener::STATUS_END();
     // Loaded and discarded: these must merely survive the unknown id.
     Listener::STATUS(4242u, 1, 2);
     Listener::STATUS_INIT(4242u, 1, 2);
     Listener::STATUS_END();
-    Listener::STATUS_END();
-    EXPECT_EQ(MProgress::GetProgressPointers().size(), 0u);
+
+    std::vector<std::wstring> texts;
+    for (const Delivered& delivered : g_recorded)
+        if (std::get<1>(delivered) == M::MessageText && std::get<4>(delivered) != FirstBeginText)
+            texts.push_back(std::get<4>(delivered));
+    EXPECT_EQ(texts, (std::vector<std::wstring>{L"3 items in the box", L""}));
 
     CKelResource::SetResInstance(nullptr);
     FreeLibrary(module);
