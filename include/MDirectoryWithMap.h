@@ -1,11 +1,6 @@
 #pragma once
-// MDirectoryWithMap: a folder whose entries may be stored under short names, with a map file in
-// it that records the short (mapped) name of each long name. The map file is wide text written
-// through the locale's narrow encoding: a line feed before each entry, the name, "->", the
-// mapped name. Reading trims each line (of at most 529 characters; a longer one reads as
-// several), skips "[...]" lines and lines without "->", and fails with 1017 when a mapped name
-// would stand for two names (compared without case), 30 on a read error; a failed read leaves
-// the object empty. A missing map file reads as an empty one.
+/// @file
+/// MDirectoryWithMap, a folder whose entries may be stored under short names.
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -14,59 +9,84 @@
 #include "CString.h"
 #include "KelBaseExport.h"
 
+/// A folder whose entries may be stored under short names, with a map file in
+/// it that records the short (mapped) name of each long name. The map file is wide text written
+/// through the locale's narrow encoding: a line feed before each entry, the name, "->", the
+/// mapped name. Reading trims each line (of at most 529 characters; a longer one reads as
+/// several), skips "[...]" lines and lines without "->", and fails with 1017 when a mapped name
+/// would stand for two names (compared without case), 30 on a read error; a failed read leaves
+/// the object empty. A missing map file reads as an empty one.
 class KELBASE_API MDirectoryWithMap {
 public:
-    // Flags of Read.
+    /// Flags of Read.
     enum ReadFlags : unsigned short {
-        READ_SCAN_FOLDER = 0x1, // list the folder's entries as the names in use
+        READ_SCAN_FOLDER = 0x1, ///< List the folder's entries as the names in use.
     };
-    // Flags of a name.
+    /// Flags of a name.
     enum NameFlags : unsigned int {
-        NAME_IS_FOLDER = 0x1, // a folder on disk
-        NAME_IS_MAPPED = 0x2, // stored under its mapped name
+        NAME_IS_FOLDER = 0x1, ///< A folder on disk.
+        NAME_IS_MAPPED = 0x2, ///< Stored under its mapped name.
     };
 
-    static const wchar_t* const mg_maped_nonmapped_devider; // "->"
-    static const wchar_t* const mg_map_file_name_default;   // ".map"
+    static const wchar_t* const mg_maped_nonmapped_devider; ///< "->"
+    static const wchar_t* const mg_map_file_name_default;   ///< ".map"
 
     MDirectoryWithMap() = default;
     ~MDirectoryWithMap() = default;
 
+    /// Forgets every name and the map.
     void Clear();
+    /// The number of names in use.
     long long GetCount() const { return static_cast<long long>(m_names.size()); }
 
-    // Reads folder + (mapFileName or ".map"). With READ_SCAN_FOLDER the names in use are the
-    // folder's entries (a mapped name stands for its name; the map file is none), else the
-    // map's names; map entries of names not in use are dropped. 0, 1017, 30, or 3 when the
-    // folder cannot be listed. The last two arguments are not used.
+    /// Reads folder + (mapFileName or ".map"). With READ_SCAN_FOLDER the names in use are the
+    /// folder's entries (a mapped name stands for its name; the map file is none), else the
+    /// map's names; map entries of names not in use are dropped. 0, 1017, 30, or 3 when the
+    /// folder cannot be listed. The last two arguments are not used.
     unsigned long Read(const wchar_t* folder, unsigned short flags,
                        const wchar_t* mapFileName = nullptr, const wchar_t* = nullptr,
                        const wchar_t* = nullptr);
-    // Writes the map to path + (mapFileName or ".map"), replacing the file: 0, or 29 when it
-    // cannot be opened, written or closed.
+    /// Writes the map to path + (mapFileName or ".map"), replacing the file: 0, or 29 when it
+    /// cannot be opened, written or closed.
     unsigned long WriteMapFile(const wchar_t* path, const wchar_t* mapFileName = nullptr) const;
+    /// Writes one map entry (a line feed, the name, "->", the mapped name; null is empty) to an
+    /// open text stream: 0, or 29 when writing fails.
     static unsigned long _WriteMapFileEntry(FILE* file, const wchar_t* name,
                                             const wchar_t* mappedName);
-    // The map alone from an open text stream (what Read does with the map file).
+    /// The map alone from an open text stream (what Read does with the map file).
     unsigned long ReadMapStream(FILE* file);
 
+    /// The mapped name of `name` into `mapped` (when not null); false when the map has none.
     bool Name2MappedName(const wchar_t* name, CString* mapped) const;
+    /// The name that `mapped` stands for (compared without case) into `name` (when not null);
+    /// false when no name maps to it.
     bool MappedName2Name(const wchar_t* mapped, CString* name) const;
+    /// The name that `text` stands for: the name mapped to it, or `text` itself when it is a
+    /// name in use; false (and `out` untouched) otherwise.
     bool GetNonmappedName(CString& out, const wchar_t* text) const;
 
+    /// The index-th name in use; the index must be below GetCount().
     void GetName(CString& name, unsigned int index) const;
+    /// The name under which the index-th name is stored: its mapped name, or the name itself
+    /// when it has none; the index must be below GetCount(). Returns `mapped`.
     CString& GetMappedName(CString& mapped, unsigned int index) const;
-    // The index of a name (without regard to case) or of a mapped name; -1 when unknown.
+    /// The index of a name (without regard to case) or of a mapped name; -1 when unknown.
+    ///@{
     unsigned int GetNameIndex(const wchar_t* name) const;
     unsigned int GetMappedNameIndex(const wchar_t* mapped) const;
+    ///@}
+    /// The NameFlags of the index-th name; the index must be below GetCount().
     unsigned int GetNameFlags(unsigned int index) const;
 
-    // Removes the name from the list and the map; 0 when it is unknown, else 1.
+    /// Removes the name from the list and the map; 0 when it is unknown, else 1.
     unsigned short RemoveName(const wchar_t* name);
+    /// Drops the map entries of names not in use.
     void ClearMapFromUnusedNames();
+    /// The map: each name to its mapped name.
     const CMapStringToString& GetMap() const { return m_map; }
 
 protected:
+    /// MappedName2Name, which calls it.
     bool _MappedName2NameSafe(const wchar_t* mapped, CString* name) const;
 
 private:
