@@ -1,13 +1,15 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds everything and runs every test: the Windows build under
-# Wine, then the native build of the OS-independent code under the sanitizers, then briefly
-# every fuzz target.
+# Wine and its API documentation (which must build without a warning), then the native build
+# of the OS-independent code under the sanitizers, then briefly every fuzz target.
 set -euo pipefail
 source "$(dirname "$0")/build.sh"
 status=0
 
 echo "== Windows build (mingw-w64), tests under Wine"
 kel_build_windows all
+echo "== API documentation (any Doxygen warning fails)"
+cmake --build "$win" --target kel_docs || { cat "$win/docs/warnings.log"; status=1; }
 kel_wine_start "$win"
 (cd "$win" && ctest --output-on-failure -E '_x11$') || status=1
 # The X display tests pass on a prefix whose desktop took the private display and fail on one
