@@ -23,7 +23,11 @@
 class KELBASE_API COXCheckBase {
 public:
     /// The width of the check.
-    enum ESize { Size8Bit = 1, Size16Bit = 2, Size32Bit = 3 };
+    enum ESize {
+        Size8Bit = 1,  ///< 8 bits.
+        Size16Bit = 2, ///< 16 bits.
+        Size32Bit = 3, ///< 32 bits.
+    };
 
     /// A check of width `size`, its running value reset.
     explicit COXCheckBase(ESize size);
@@ -134,6 +138,7 @@ private:
 /// 0x29B1).
 class KELBASE_API COXCRC16 : public COXCheckBase {
 public:
+    /// The table cache of the 16-bit CRCs.
     class CTableList : public COXCRCTableList<std::uint16_t> {};
 
     /// A CRC of `polynomial` (0x1021 for the common one), its running value reset.
@@ -157,6 +162,7 @@ protected:
 /// complement of 0xCBF43926); callers that want the common value invert the result.
 class KELBASE_API COXCRC32 : public COXCheckBase {
 public:
+    /// The table cache of the 32-bit CRCs.
     class CTableList : public COXCRCTableList<std::uint32_t> {};
 
     /// A CRC of the reflected `polynomial` (0xEDB88320 for the common one), its running value
