@@ -153,7 +153,7 @@ public:
     /// always 1.
     virtual int GetRegistryName(CString& name) const;
     /// Reads the current key's security descriptor into `descriptor` of `size` bytes; on
-    /// ERROR_INSUFFICIENT_BUFFER `size` is the size needed. Never logs.
+    /// ERROR_INSUFFICIENT_BUFFER `size` is the size needed. A platform failure is not logged.
     virtual int GetSecurity(SECURITY_INFORMATION what, PSECURITY_DESCRIPTOR descriptor,
                             DWORD& size);
     /// Strings of 1024 characters or more fail with status 234; a value of another type than
@@ -192,7 +192,7 @@ public:
     virtual int SetBinaryValue(const wchar_t* name, const CByteArray& value);
     /// Writes a double-word value.
     virtual int SetDoubleWordValue(const wchar_t* name, DWORD value);
-    /// Sets the current key's security descriptor. Never logs.
+    /// Sets the current key's security descriptor. A platform failure is not logged.
     virtual int SetSecurity(const SECURITY_INFORMATION& what, PSECURITY_DESCRIPTOR descriptor);
     /// Writes a string value, with its terminator.
     virtual int SetStringValue(const wchar_t* name, const CString& value);
