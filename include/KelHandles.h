@@ -12,4 +12,4 @@ typedef struct HKEY__* HKEY;           ///< A registry key.
 
 /// Declared, not defined: pointers to it appear in registry signatures.
 typedef struct _SECURITY_ATTRIBUTES SECURITY_ATTRIBUTES;
-typedef struct HDC__* HDC;
+typedef struct HDC__* HDC; ///< A device context.

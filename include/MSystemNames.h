@@ -1,6 +1,6 @@
 #pragma once
-// How MSystemInfo names the system it runs on, as pure functions of their inputs, so that any
-// system can be described (and tested) anywhere.
+/// @file
+/// MSystemNames, the names of operating systems and processors.
 //
 // Decisions:
 // - "At least" compares (major, minor, service pack) in that order.
@@ -27,41 +27,47 @@
 #include "AfxTypes.h"
 #include "KelBaseExport.h"
 
+/// How MSystemInfo names the system it runs on, as pure functions of their inputs, so that any
+/// system can be described (and tested) anywhere.
 class KELBASE_API MSystemNames {
 public:
-    // Architecture codes; Unknown (for the level too) when not recognised.
+    /// Architecture codes; Unknown (for the level too) when not recognised.
     enum : WORD {
-        ArchX86 = 0,
-        ArchMips = 1,
-        ArchAlpha = 2,
-        ArchPowerPC = 3,
-        ArchAmd64 = 4,
-        ArchItanium = 5,
-        Unknown = 0xFFFF,
+        ArchX86 = 0,      ///< 32-bit x86.
+        ArchMips = 1,     ///< MIPS.
+        ArchAlpha = 2,    ///< Alpha.
+        ArchPowerPC = 3,  ///< PowerPC.
+        ArchAmd64 = 4,    ///< x86-64.
+        ArchItanium = 5,  ///< Itanium.
+        Unknown = 0xFFFF, ///< Not recognised.
     };
 
-    // What the OS name is decided from.
+    /// What the OS name is decided from.
     struct OsFacts {
-        DWORD major = 0;
-        DWORD minor = 0;
-        DWORD servicePack = 0;
-        bool server = false;
-        bool productKnown = false; // whether the system told its product type
-        DWORD productType = 0;     // the platform's PRODUCT_* code
+        DWORD major = 0;           ///< The major version.
+        DWORD minor = 0;           ///< The minor version.
+        DWORD servicePack = 0;     ///< The major version of the service pack, 0 for none.
+        bool server = false;       ///< Whether it is a server edition.
+        bool productKnown = false; ///< Whether the system told its product type.
+        DWORD productType = 0;     ///< The platform's PRODUCT_* code.
     };
 
-    // The full name for `facts`, e.g. "Windows 10 Pro x64" or "Windows 7 Professional Edition
-    // x64, Service Pack 1"; false when not recognised (also for the Starter editions, which
-    // are named all the same, without the bitness).
+    /// The full name for `facts`, e.g. "Windows 10 Pro x64" or "Windows 7 Professional Edition
+    /// x64, Service Pack 1"; false when not recognised (also for the Starter editions, which
+    /// are named all the same, without the bitness).
     static bool DescribeOs(const OsFacts& facts, std::wstring& name);
-    // The name from the version alone, e.g. "Windows 10"; "Unknown" before Vista.
+    /// The name from the version alone, e.g. "Windows 10"; "Unknown" before Vista.
     static std::wstring ShortOsName(const OsFacts& facts);
-    // The architecture code of a platform PROCESSOR_ARCHITECTURE_* value.
+    /// The architecture code of a platform PROCESSOR_ARCHITECTURE_* value.
     static WORD ProcessorCode(WORD architecture);
-    // The architecture's text: "Intel x86", "SGI MIPS", "Alpha AXP", "PowerPC", "AMD64",
-    // "Intel Itanium", or empty.
+    /// The architecture's text: "Intel x86", "SGI MIPS", "Alpha AXP", "PowerPC", "AMD64",
+    /// "Intel Itanium", or empty.
     static const wchar_t* ProcessorText(WORD processor);
-    // The level code for an architecture code; Unknown for an unknown architecture.
+    /// The level (processor family) code for an architecture code, from the vendor string,
+    /// the platform's processor level and the model (see the decisions in the header); Unknown
+    /// for an unknown architecture.
     static WORD ProcessorLevel(WORD processor, const wchar_t* vendor, WORD family, WORD model);
+    /// The text of a level code, e.g. "Intel Core 2"; "Intel Unknown", "AMD64 Unknown" and
+    /// the like for a level the architecture does not know.
     static const wchar_t* ProcessorLevelText(WORD processor, WORD level);
 };
