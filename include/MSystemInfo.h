@@ -82,8 +82,8 @@ public:
     static void GET_RESOLUTION(int& width, int& height);
     /// Whether the HTML help control is registered.
     static bool IS_HTML_HELP_INSTALLED();
-    /// The browser version (see the decisions in the header); false, with a logged message,
-    /// when none is found.
+    /// The version of the system's browser control (shdocvw.dll), from its DllGetVersion or
+    /// else its version resource; false, with a logged message, when neither gives one.
     bool GET_IE_VERSION(DWORD& major, DWORD& minor, DWORD& build, DWORD& subBuild) const;
 
 protected:

@@ -64,8 +64,8 @@ public:
     /// "Intel Itanium", or empty.
     static const wchar_t* ProcessorText(WORD processor);
     /// The level (processor family) code for an architecture code, from the vendor string,
-    /// the platform's processor level and the model (see the decisions in the header); Unknown
-    /// for an unknown architecture.
+    /// the platform's processor level and the model (the header's decisions list the
+    /// families); Unknown for an unknown architecture.
     static WORD ProcessorLevel(WORD processor, const wchar_t* vendor, WORD family, WORD model);
     /// The text of a level code, e.g. "Intel Core 2"; "Intel Unknown", "AMD64 Unknown" and
     /// the like for a level the architecture does not know.
