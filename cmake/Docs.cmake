@@ -10,6 +10,8 @@ endif()
 
 get_property(KEL_DOC_INPUT GLOBAL PROPERTY KEL_PUBLIC_DIRS)
 list(REMOVE_DUPLICATES KEL_DOC_INPUT)
+# The start page: how to use the library and its conventions.
+set(KEL_DOC_MAINPAGE ${PROJECT_SOURCE_DIR}/docs/mainpage.md)
 list(JOIN KEL_DOC_INPUT "\" \"" KEL_DOC_INPUT)
 set(KEL_DOC_INPUT "\"${KEL_DOC_INPUT}\"")
 set(KEL_DOC_OUTPUT ${PROJECT_BINARY_DIR}/docs)
