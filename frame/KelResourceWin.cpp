@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cwchar>
 
+#include "ModuleResource.h"
 #include "StdBase.h"
 #include "TextCopy.h"
 
@@ -30,28 +31,39 @@ HINSTANCE CKelResource::GetResInstance() {
 
 bool CKelResource::Load(const wchar_t* name, const wchar_t* type) {
     Release();
-    HRSRC found = FindResourceW(mh_AppInstance, name, type);
-    if (!found)
-        return false;
-    m_resource = LoadResource(mh_AppInstance, found);
-    if (m_resource) {
-        m_sizeInBytes = SizeofResource(mh_AppInstance, found);
-        if (m_sizeInBytes != 0)
-            m_data = LockResource(m_resource);
-    }
-    if (!m_data) {
-        // Leaves a non-zero last error even when the platform left none (empty resource).
-        KelGetLastError();
-        Release();
-        return false;
-    }
-    return true;
+    m_data = KelBase::LockModuleResource(mh_AppInstance, name, type, m_resource, m_sizeInBytes);
+    return m_data != nullptr;
 }
 
 void CKelResource::Release() {
     m_resource = nullptr;
     m_data = nullptr;
 }
+
+namespace KelBase {
+
+const void* LockModuleResource(HMODULE module, const wchar_t* name, const wchar_t* type,
+                               HGLOBAL& handle, unsigned long long& size) {
+    handle = nullptr;
+    HRSRC found = FindResourceW(module, name, type);
+    if (!found)
+        return nullptr;
+    const void* data = nullptr;
+    handle = LoadResource(module, found);
+    if (handle) {
+        size = SizeofResource(module, found);
+        if (size != 0)
+            data = LockResource(handle);
+    }
+    if (!data) {
+        // Leaves a non-zero last error even when the platform left none (empty resource).
+        KelGetLastError();
+        handle = nullptr;
+    }
+    return data;
+}
+
+} // namespace KelBase
 
 unsigned long KelGetLastError() {
     DWORD error = GetLastError();
@@ -67,6 +79,31 @@ namespace {
 // The platform's string functions take int or DWORD capacities.
 template <class T> T ClampedCapacity(size_t size) {
     return static_cast<T>(std::min<size_t>(size, static_cast<size_t>(INT_MAX)));
+}
+
+// Loads string `id` of `module` into `buffer` (size > 0); false when it is missing, and then
+// the buffer holds a diagnostic naming what was not found instead of an empty text.
+bool LoadOrDiagnose(HINSTANCE module, unsigned int id, wchar_t* buffer, size_t size) {
+    if (size == 0)
+        return true;
+    if (id == 0) {
+        buffer[0] = L'\0';
+        return true;
+    }
+    if (LoadStringW(module, id, buffer, ClampedCapacity<int>(size)) != 0)
+        return true;
+
+    if (GetModuleFileNameW(module, buffer, ClampedCapacity<DWORD>(size)) == 0)
+        buffer[0] = L'\0';
+    buffer[size - 1] = L'\0';
+    const size_t diagnosticCapacity = 200;
+    std::wstring diagnostic =
+        StdBase::FormatString(L"ID=%u: can't load string from module: '%s', h=%zX", id, buffer,
+                              reinterpret_cast<uintptr_t>(module));
+    if (diagnostic.size() >= diagnosticCapacity)
+        diagnostic.resize(diagnosticCapacity - 1);
+    KelBase::CopyTruncated(buffer, size, diagnostic.c_str());
+    return false;
 }
 
 // Fills a caller's buffer of a given capacity with a string.
@@ -116,26 +153,7 @@ CString& LoadGrowing(CString& text, IStringLoader& loader) {
 } // namespace
 
 wchar_t* MLoadString(HINSTANCE module, unsigned int id, wchar_t* buffer, size_t size) {
-    if (size == 0)
-        return buffer;
-    if (id == 0) {
-        buffer[0] = L'\0';
-        return buffer;
-    }
-    if (LoadStringW(module, id, buffer, ClampedCapacity<int>(size)) != 0)
-        return buffer;
-
-    // The caller gets a diagnostic instead of an empty text, naming what was not found.
-    if (GetModuleFileNameW(module, buffer, ClampedCapacity<DWORD>(size)) == 0)
-        buffer[0] = L'\0';
-    buffer[size - 1] = L'\0';
-    const size_t diagnosticCapacity = 200;
-    std::wstring diagnostic =
-        StdBase::FormatString(L"ID=%u: can't load string from module: '%s', h=%zX", id, buffer,
-                              reinterpret_cast<uintptr_t>(module));
-    if (diagnostic.size() >= diagnosticCapacity)
-        diagnostic.resize(diagnosticCapacity - 1);
-    KelBase::CopyTruncated(buffer, size, diagnostic.c_str());
+    LoadOrDiagnose(module, id, buffer, size);
     return buffer;
 }
 
@@ -149,9 +167,10 @@ CString& MLoadString(CString& text, unsigned int id) {
 }
 
 wchar_t* MLoadStringF(unsigned int id, wchar_t* buffer, size_t size, ...) {
-    MLoadString(CKelResource::GetResInstance(), id, buffer, size);
-    // A buffer of size 0 holds no format and is not even read.
-    if (size == 0 || buffer[0] == L'\0')
+    // The diagnostic of a missing string is final: the module path in it is no format, and a
+    // '%' there must not take the caller's arguments. A buffer of size 0 is not even read.
+    if (!LoadOrDiagnose(CKelResource::GetResInstance(), id, buffer, size) || size == 0 ||
+        buffer[0] == L'\0')
         return buffer;
     // wvsprintfW writes at most 1024 characters and knows no floating-point conversions.
     wchar_t formatted[1024];

@@ -108,9 +108,30 @@ TEST_F(KelResourceTest, FormattedStringUsesTheResourceAsFormat) {
     EXPECT_EQ(MLoadStringF(kFormatId, buffer, 64, 3, L"the box"), buffer);
     EXPECT_STREQ(buffer, L"3 items in the box");
     EXPECT_STREQ(MLoadStringF(kFormatId, buffer, 8, 12, L"the box"), L"12 item");
-    // An unknown id formats the diagnostic, which holds no conversions.
+    // An unknown id gives the diagnostic as it is, not as a format for the arguments.
     MLoadStringF(kMissingId, buffer, 64, 1, 2);
     EXPECT_EQ(std::wstring(buffer), Diagnostic(kMissingId, s_module).substr(0, 63));
+
+    // A module path with conversions and an escaped percent sign in it stays as it is.
+    namespace fs = std::filesystem;
+    const fs::path folder = fs::temp_directory_path() / L"kel%d%%folder";
+    fs::create_directories(folder);
+    const fs::path copy = folder / L"kel%s%u%%res.dll";
+    fs::copy_file(ModulePath(s_module), copy, fs::copy_options::overwrite_existing);
+    HMODULE module = LoadLibraryW(copy.c_str());
+    ASSERT_NE(module, nullptr);
+    CKelResource::SetResInstance(module);
+    wchar_t withPath[1000];
+    MLoadStringF(kMissingId, withPath, 1000, 7, 8, 9);
+    EXPECT_EQ(std::wstring(withPath), Diagnostic(kMissingId, module));
+    EXPECT_NE(std::wstring(withPath).find(L"kel%d%%folder\\kel%s%u%%res.dll'"), std::wstring::npos)
+        << withPath;
+    // The module's own strings are formats still.
+    EXPECT_STREQ(MLoadStringF(kFormatId, withPath, 1000, 5, L"a%d folder"),
+                 L"5 items in a%d folder");
+    CKelResource::SetResInstance(s_module);
+    FreeLibrary(module);
+    fs::remove_all(folder);
 
     // The platform formatter writes at most 1024 characters, terminator included.
     std::vector<wchar_t> large(3000, L'#');
