@@ -36,6 +36,9 @@ const wchar_t* const* KelBaseGetFamilies() {
         L"MSoftKeyCU/LM lazily opened keys with 32/64-bit views; CRegUtils one-shot values",
         L"system: MSystemInfo OS and processor names, memory, disk and display; MSysError "
         L"system error texts; MMExceptionTranslator faults as MHardException and its kinds",
+        L"version information: MVersionInfo of files, MVersionInfoDLL of loaded modules (fixed "
+        L"information, translations, string tables of every language)",
+        L"type names: MTypeInfo readable run-time type names, alike on every build",
         nullptr,
     };
     return families;

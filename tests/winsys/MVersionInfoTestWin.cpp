@@ -1,5 +1,6 @@
 // MVersionInfo against the system's own reader (GetFileVersionInfoW and VerQueryValueW) on this
-// library's DLL and on system DLLs, and MVersionInfoDLL against MVersionInfo on the same files.
+// library's DLL and on system DLLs, MVersionInfoDLL against MVersionInfo on the same files, and
+// keltool version.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -9,7 +10,9 @@
 #include <vector>
 
 #include "KelBaseVersion.h"
+#include "KeltoolProcess.h"
 #include "MVersionInfo.h"
+#include "StdBase.h"
 
 namespace {
 
@@ -236,4 +239,79 @@ TEST(MVersionInfoDLL, LoadedModulesReadAsTheirFiles) {
     EXPECT_EQ(GetModuleHandleW(L"kel_not_loaded.dll"), nullptr);
     EXPECT_TRUE(module.OpenLibrary());
     EXPECT_EQ(module.GetLastError(), 0u);
+}
+
+TEST(MVersionInfoKeltool, VersionPrintsEverythingOrNamesTheError) {
+    namespace fs = std::filesystem;
+    const fs::path scratch = fs::temp_directory_path() / L"kel_version_keltool";
+    fs::create_directories(scratch);
+    const std::wstring library = ModulePath(GetModuleHandleW(L"KelSDK.Base.dll"));
+    const std::string version = StdBase::ConvertUnicodeToUtf8(KelBaseGetVersion());
+    wchar_t language[128];
+    VerLanguageNameW(0x0409, language, 128);
+    const std::string english = StdBase::ConvertUnicodeToUtf8(language);
+    KeltoolResult result = RunKeltool({L"version", library}, scratch);
+    EXPECT_EQ(result.exitCode, 0u) << result.err;
+    EXPECT_EQ(result.out, "file version     " + version +
+                              ".0\r\n"
+                              "product version  " +
+                              version +
+                              ".0\r\n"
+                              "file flags       0x00000000 (mask 0x0000003F)\r\n"
+                              "file OS          0x00040004\r\n"
+                              "file type        0x00000002 (subtype 0x00000000)\r\n"
+                              "file date        0x0000000000000000\r\n"
+                              "translation      040904B0 " +
+                              english +
+                              "\r\n"
+                              "strings 040904B0 " +
+                              english +
+                              "\r\n"
+                              "  CompanyName       Kel SDK\r\n"
+                              "  FileDescription   Kel SDK base utility library\r\n"
+                              "  FileVersion       " +
+                              version +
+                              "\r\n"
+                              "  InternalName      KelSDK.Base\r\n"
+                              "  OriginalFilename  KelSDK.Base.dll\r\n"
+                              "  ProductName       Kel SDK\r\n"
+                              "  ProductVersion    " +
+                              version + "\r\n");
+
+    // A system DLL lists every string the reader finds.
+    const std::wstring kernel32 = SystemPath(L"kernel32.dll");
+    result = RunKeltool({L"version", kernel32}, scratch);
+    EXPECT_EQ(result.exitCode, 0u) << result.err;
+    const MVersionInfo info(kernel32.c_str());
+    for (const MVersionInfo::Translation& table : info.GetStringTables())
+        for (const CString& name : info.GetStringNames(table)) {
+            const std::string line = "  " + StdBase::ConvertUnicodeToUtf8(name.GetString());
+            EXPECT_NE(result.out.find(line), std::string::npos) << line;
+        }
+
+    const std::wstring missing = (scratch / L"missing.dll").wstring();
+    result = RunKeltool({L"version", missing}, scratch);
+    EXPECT_EQ(result.exitCode, 1u);
+    EXPECT_EQ(result.out, "");
+    EXPECT_NE(result.err.find("keltool: cannot read the version information of \"" +
+                              StdBase::ConvertUnicodeToUtf8(missing) + "\": "),
+              std::string::npos)
+        << result.err;
+    EXPECT_NE(result.err.find("(error code 2)"), std::string::npos) << result.err;
+    const std::wstring test = ModulePath(nullptr);
+    result = RunKeltool({L"version", test}, scratch);
+    EXPECT_EQ(result.exitCode, 1u);
+    EXPECT_NE(result.err.find("(error code " + std::to_string(SystemVersion(test).Error()) + ")"),
+              std::string::npos)
+        << result.err;
+
+    for (const std::vector<std::wstring>& arguments : {std::vector<std::wstring>{L"version"},
+                                                       {L"version", library, library},
+                                                       {L"version", L"--all", library}}) {
+        result = RunKeltool(arguments, scratch);
+        EXPECT_EQ(result.exitCode, 2u) << arguments.size();
+        EXPECT_NE(result.err.find("(see keltool help version)"), std::string::npos) << result.err;
+    }
+    std::error_code ignored;
+    fs::remove_all(scratch, ignored);
 }
