@@ -5,6 +5,7 @@
 #include "COXRegistry.h"
 #include "LibLog.h"
 #include "MSystemInfo.h"
+#include "MVersionInfo.h"
 
 namespace {
 
@@ -175,18 +176,14 @@ bool MSystemInfo::GET_IE_VERSION(DWORD& major, DWORD& minor, DWORD& build, DWORD
     if (!found) {
         KelBase::LogError(L"MSystemInfo", L"GET_IE_VERSION",
                           L"Could not get version info using GetDllVersion()");
-        DWORD ignored = 0;
-        const DWORD size = GetFileVersionInfoSizeW(L"shdocvw.dll", &ignored);
-        std::wstring block(size / sizeof(wchar_t) + 1, L'\0');
-        VS_FIXEDFILEINFO* fixed = nullptr;
-        UINT length = 0;
-        if (size && GetFileVersionInfoW(L"shdocvw.dll", 0, size, &block[0]) &&
-            VerQueryValueW(&block[0], L"\\", reinterpret_cast<void**>(&fixed), &length) &&
-            length >= sizeof *fixed) {
-            major = HIWORD(fixed->dwFileVersionMS);
-            minor = LOWORD(fixed->dwFileVersionMS);
-            build = HIWORD(fixed->dwFileVersionLS);
-            subBuild = LOWORD(fixed->dwFileVersionLS);
+        const MVersionInfo resource(L"shdocvw.dll");
+        const MVersionInfo::FixedFileInfo& fixed = resource.GetFixedFileInfo();
+        // A block without fixed information reads all zero.
+        if (resource.IsOpen() && fixed.dwSignature != 0) {
+            major = HIWORD(fixed.dwFileVersionMS);
+            minor = LOWORD(fixed.dwFileVersionMS);
+            build = HIWORD(fixed.dwFileVersionLS);
+            subBuild = LOWORD(fixed.dwFileVersionLS);
             found = true;
         } else {
             KelBase::LogError(L"MSystemInfo", L"GET_IE_VERSION",
