@@ -18,7 +18,6 @@ const unsigned long kWriteFault = 29;
 const unsigned long kReadFault = 30;
 const unsigned long kDuplicateMappedName = 1017;
 const int kLineCapacity = 530;
-const unsigned int kNoIndex = static_cast<unsigned int>(-1);
 
 CString Trimmed(const std::wstring& text, std::size_t begin, std::size_t end) {
     while (begin < end && std::iswspace(text[begin]))
@@ -168,7 +167,7 @@ bool MDirectoryWithMap::MappedName2Name(const wchar_t* mapped, CString* name) co
 bool MDirectoryWithMap::GetNonmappedName(CString& out, const wchar_t* text) const {
     if (MappedName2Name(text, &out))
         return true;
-    if (GetNameIndex(text) == kNoIndex)
+    if (GetNameIndex(text) == NO_INDEX)
         return false;
     out = text;
     return true;
@@ -188,12 +187,12 @@ unsigned int MDirectoryWithMap::GetNameIndex(const wchar_t* name) const {
     for (std::size_t i = 0; name && i < m_names.size(); ++i)
         if (m_names[i].name.CompareNoCase(name) == 0)
             return static_cast<unsigned int>(i);
-    return kNoIndex;
+    return NO_INDEX;
 }
 
 unsigned int MDirectoryWithMap::GetMappedNameIndex(const wchar_t* mapped) const {
     CString name;
-    return MappedName2Name(mapped, &name) ? GetNameIndex(name) : kNoIndex;
+    return MappedName2Name(mapped, &name) ? GetNameIndex(name) : NO_INDEX;
 }
 
 unsigned int MDirectoryWithMap::GetNameFlags(unsigned int index) const {
@@ -203,7 +202,7 @@ unsigned int MDirectoryWithMap::GetNameFlags(unsigned int index) const {
 unsigned short MDirectoryWithMap::RemoveName(const wchar_t* name) {
     const unsigned int index = GetNameIndex(name);
     const bool mapped = name && m_map.RemoveKey(name);
-    if (index == kNoIndex)
+    if (index == NO_INDEX)
         return mapped ? 1 : 0;
     m_map.RemoveKey(m_names[index].name);
     m_names.erase(m_names.begin() + index);
@@ -215,7 +214,7 @@ void MDirectoryWithMap::ClearMapFromUnusedNames() {
     CString name, mapped;
     for (POSITION at = m_map.GetStartPosition(); at;) {
         m_map.GetNextAssoc(at, name, mapped);
-        if (GetNameIndex(name) == kNoIndex)
+        if (GetNameIndex(name) == NO_INDEX)
             unused.push_back(name);
     }
     for (const CString& key : unused)

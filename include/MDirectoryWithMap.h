@@ -9,6 +9,18 @@
 #include "CString.h"
 #include "KelBaseExport.h"
 
+/// The caller's side of MDirectoryWithMap::DeleteFolder: a dialog, a console prompt or a fixed
+/// policy decides whether a folder goes and what happens when part of it cannot be deleted.
+class IDirectoryRemoveAsker {
+public:
+    virtual ~IDirectoryRemoveAsker() = default;
+    /// Asked once before anything is deleted: true lets the folder `path` of `name` go.
+    virtual bool AskRemove(const wchar_t* name, const wchar_t* path) = 0;
+    /// The folder could not be deleted completely (system code `error`, e.g. a file held open
+    /// by another program): true tries again, false leaves what is left.
+    virtual bool AskRetry(const wchar_t* path, unsigned long error) = 0;
+};
+
 /// A folder whose entries may be stored under short names, with a map file in
 /// it that records the short (mapped) name of each long name. The map file is wide text written
 /// through the locale's narrow encoding: a line feed before each entry, the name, "->", the
@@ -70,7 +82,9 @@ public:
     /// The name under which the index-th name is stored: its mapped name, or the name itself
     /// when it has none; the index must be below GetCount(). Returns `mapped`.
     CString& GetMappedName(CString& mapped, unsigned int index) const;
-    /// The index of a name (without regard to case) or of a mapped name; -1 when unknown.
+    /// What the index lookups give for an unknown name.
+    static constexpr unsigned int NO_INDEX = static_cast<unsigned int>(-1);
+    /// The index of a name (without regard to case) or of a mapped name; NO_INDEX when unknown.
     ///@{
     unsigned int GetNameIndex(const wchar_t* name) const;
     unsigned int GetMappedNameIndex(const wchar_t* mapped) const;
@@ -84,6 +98,26 @@ public:
     void ClearMapFromUnusedNames();
     /// The map: each name to its mapped name.
     const CMapStringToString& GetMap() const { return m_map; }
+
+#ifdef _WIN32
+    /// Finds, and with `create` creates, the sub-folder of `name` in `folder`; `folder` then
+    /// holds the sub-folder's path with a trailing backslash. The folder's map file is read
+    /// first and written back when a new mapping was added. A name stands on disk as it is when
+    /// it is a usable file name of at most 64 characters that no other entry's mapped name
+    /// takes; any other name is mapped to a short name: its first 8 characters with every
+    /// character a file name cannot hold (and blanks and dots) made '_', then "~" and the
+    /// smallest number from 1 that names no entry. 0, the map file's read or write error, 123
+    /// for an empty name, or the system's code when the folder cannot be created.
+    unsigned long CheckCreateFolder(CString& folder, const wchar_t* name, bool create);
+    /// Deletes the sub-folder of `name` in `folder` with everything in it (links inside are
+    /// removed, never followed), after asking `asker` when `ask` is set, then drops the name
+    /// from the map file. `folder` then holds the deleted folder's path. 0; 1223 when the asker
+    /// declined; 3 when there is no such sub-folder; the system's code of the failed deletion
+    /// when the asker gave up retrying (the name stays mapped while anything of it is left);
+    /// or the map file's read or write error.
+    unsigned long DeleteFolder(CString& folder, const wchar_t* name, bool ask,
+                               IDirectoryRemoveAsker* asker);
+#endif
 
 protected:
     /// MappedName2Name, which calls it.
