@@ -3,7 +3,8 @@
 # a free display number, and stops that server afterwards. While COMMAND runs, a Windows test
 # under Wine can ask for a screenshot (Wine runs no native programs): it writes a file
 # NAME.request into SHOTS_DIR, and this script saves the screen as SHOTS_DIR/NAME.png with
-# ImageMagick's import, then removes the request.
+# ImageMagick's import, then removes the request. Wine runs in a prefix of its own inside
+# SHOTS_DIR.
 set -u
 shots="$1"
 shift
@@ -25,6 +26,14 @@ done
 [ -n "$display" ] || { echo "with-xvfb.sh: no X display could be started" >&2; exit 1; }
 export DISPLAY="$display"
 
+# Wine chooses its display driver in the desktop process of a prefix, once: the build's prefix
+# may have started it without a display. The tests here get a prefix of their own, whose
+# desktop starts on this display, with its own wineserver, stopped at the end.
+export WINEPREFIX="$shots/wineprefix" WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
+mkdir -p "$WINEPREFIX"
+wineserver -p </dev/null >"$shots/wineserver.log" 2>&1
+wineboot -i </dev/null >"$shots/wineboot.log" 2>&1
+
 (
     while kill -0 "$xvfb" 2>/dev/null; do
         for request in "$shots"/*.request; do
@@ -40,6 +49,7 @@ watcher=$!
 
 "$@"
 status=$?
+wineserver -k </dev/null >/dev/null 2>&1
 kill "$xvfb" "$watcher" 2>/dev/null
 wait "$xvfb" "$watcher" 2>/dev/null
 exit $status
