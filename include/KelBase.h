@@ -12,6 +12,8 @@
 #include "MFileUtility.h"
 #include "MTag.h"
 #include "MTagList.h"
+#include "MFileTagged.h"
+#include "MFileTagReplacer.h"
 #include "COXCheckBase.h"
 #include "CRijndael.h"
 #include "CSHA1.h"

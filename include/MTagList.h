@@ -78,9 +78,11 @@ public:
     /// when it is older, with the data of every tag unchanged. A file of the same major version
     /// is left alone (true), a newer one is refused (false). The file is first renamed to
     /// "<name>.~convert<n>" beside it (the first n from 1 naming nothing), and the new file
-    /// written under the old name; when anything fails the original is renamed back, replacing
-    /// what was written, and after success it is deleted once the new file is on the disk.
-    /// Progress goes to the status channel, a step per tag. Failures are logged.
+    /// written under the old name in one pass over the original; when anything fails the
+    /// original is renamed back, replacing what was written, and after success it is deleted
+    /// once the new file is on the disk. Progress goes to the status channel (the bytes copied,
+    /// one level); when its abort flag is set the conversion stops and the original is put back.
+    /// Failures are logged.
     static bool CONVERT(MFileName& file, unsigned char major, unsigned char minor);
 
 private:

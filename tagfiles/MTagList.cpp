@@ -4,10 +4,10 @@
 #include <climits>
 #include <string>
 
-#include "IStatusCallback.h"
 #include "LibLog.h"
 #include "MFile.h"
 #include "MFileName.h"
+#include "TagFileRewrite.h"
 
 namespace {
 
@@ -208,57 +208,36 @@ std::wstring VersionText(unsigned char major, unsigned char minor) {
     return std::to_wstring(major) + L"." + std::to_wstring(minor);
 }
 
-// Moves `name` aside to the first free "<name>.~convert<n>"; empty when that fails.
-std::wstring MoveAside(const std::wstring& name) {
-    for (int n = 1; n <= 10000; ++n) {
-        const std::wstring aside = name + L".~convert" + std::to_wstring(n);
-        MFile probe;
-        if (probe.OPEN_READ(aside.c_str()))
-            continue;
-        return MFile::RENAME(name.c_str(), aside.c_str(), false) ? aside : std::wstring();
-    }
-    return std::wstring();
-}
+enum class Copied { All, NoTags, WriteFailed };
 
-// Whether copying the elements of `list` copies every byte of `file`. A list that ends early
-// (at a failed read, or bytes that are no tag) or a later head tag with data would lose them.
-bool CoversFile(MTagList& list, MFile& file) {
-    const MTag& head = list.GET_HEAD_TAG();
-    const MTag& last = list.SIZE() ? list.GetTags().back() : head;
-    return (head.m_header_pos == 0 || head.m_length == 0) && file.SEEK_FROM_END() &&
-           file.TELL() == last.m_data_pos + last.m_length;
-}
-
-// Copies the data of every tag of `list` from `source` into `target` behind a new head tag of
-// the given version, reporting the bytes done on the status channel.
-bool CopyTags(MTagList& list, MFile& source, MFile& target, unsigned char major,
-              unsigned char minor) {
-    const unsigned long long step = 16ull << 20;
-    unsigned long long total = 0;
-    for (const MTag& tag : list.GetTags())
-        total += MTag::HEADER_SIZE + static_cast<unsigned long long>(tag.m_length);
-    IStatusCallback::Session level(0.0, total ? static_cast<double>(total) : 1.0, L"");
+// Copies the tags of the moved-aside original behind a new head tag as they stream by: each
+// header is read where the copy stands, so the file is read once from front to back, without a
+// tag list and without seeks, and the headers go out with the lengths they had, so none is
+// patched. The bytes after the head tag's header are walked as tags, as BUILD_TAG_LIST walks
+// them; a repeated head tag of length 0 is dropped, as the list drops it. Bytes that make no
+// tag (a header cut short, a negative length, data past the end of the file, a repeated head
+// tag with data) are no tags: copying them as tags would change them.
+Copied CopyTags(KelBase::TagFileRewrite& rewrite, unsigned char major, unsigned char minor) {
+    MFile& source = rewrite.Source();
+    const long long size = rewrite.SourceSize();
     MTag head(HEAD_NAME, major, minor);
-    if (!head.WRITE(target) || !head.UPDATE_SKIP(target))
-        return false;
-    unsigned long long done = 0;
-    for (const MTag& element : list.GetTags()) {
-        MTag tag = element;
-        if (!source.SEEK(element.m_data_pos) || !tag.WRITE(target))
-            return false;
-        done += MTag::HEADER_SIZE;
-        for (unsigned long long left = static_cast<unsigned long long>(element.m_length); left;) {
-            const unsigned long long part = std::min(left, step);
-            if (target.COPY_FROM(source, part) != part)
-                return false;
-            left -= part;
-            done += part;
-            IStatusCallback::STATUS_COUNT(static_cast<double>(done));
-        }
-        if (!tag.UPDATE_SKIP(target))
-            return false;
+    if (!head.WRITE(rewrite.Target()))
+        return Copied::WriteFailed;
+    if (!source.SEEK(MTag::HEADER_SIZE))
+        return Copied::NoTags;
+    for (long long position = MTag::HEADER_SIZE; position < size;) {
+        MTag tag;
+        if (size - position < MTag::HEADER_SIZE || !tag.READ(source) || tag.m_length < 0 ||
+            tag.m_length > size - tag.m_data_pos || (tag.HasName(HEAD_NAME) && tag.m_length != 0))
+            return Copied::NoTags;
+        position = tag.m_data_pos + tag.m_length;
+        if (tag.HasName(HEAD_NAME))
+            continue;
+        if (!tag.WRITE(rewrite.Target()) ||
+            !rewrite.Copy(static_cast<unsigned long long>(tag.m_length)))
+            return Copied::WriteFailed;
     }
-    return true;
+    return Copied::All;
 }
 
 } // namespace
@@ -269,8 +248,7 @@ bool MTagList::CONVERT(MFileName& file, unsigned char major, unsigned char minor
         minor = MTag::m_file_vminor;
     }
     const std::wstring name = file.GET();
-    const size_t bufferSize = 262144;
-    MFile source(bufferSize);
+    MFile source;
     if (!source.OPEN_READ(name.c_str())) {
         LogConvert(L"Could not open file '" + name);
         return false;
@@ -294,35 +272,17 @@ bool MTagList::CONVERT(MFileName& file, unsigned char major, unsigned char minor
         return false;
     }
 
-    const std::wstring aside = MoveAside(name);
-    if (aside.empty()) {
-        LogConvert(L"Could not move the file '" + name + L"' aside");
+    KelBase::TagFileRewrite rewrite(L"MTagList", L"CONVERT", name, L"convert");
+    if (!rewrite.Begin())
         return false;
+    const std::wstring writeError = L"Error writing to file '" + name;
+    switch (CopyTags(rewrite, major, minor)) {
+    case Copied::NoTags:
+        return rewrite.Fail(L"Could not build tag list of given file '" + name);
+    case Copied::WriteFailed:
+        return rewrite.Fail(writeError);
+    case Copied::All:
+        break;
     }
-    MFile target(bufferSize);
-    // Puts the original back under its name, replacing whatever was written there.
-    auto rollBack = [&](const std::wstring& message) {
-        LogConvert(message);
-        source.CLOSE();
-        target.CLOSE();
-        if (!MFile::RENAME(aside.c_str(), name.c_str(), true))
-            LogConvert(L"Could not restore the file '" + name + L"', the original is kept as '" +
-                       aside + L"'");
-        return false;
-    };
-    if (!source.OPEN_READ(aside.c_str()))
-        return rollBack(L"Could not read the tagged file '" + aside + L".");
-    if (!target.CREATE(name.c_str()))
-        return rollBack(L"Could not create the file '" + name);
-    MTagList list;
-    if (!list.BUILD_TAG_LIST(source) || !CoversFile(list, source))
-        return rollBack(L"Could not build tag list of given file '" + name);
-    // The original goes only once the new file is complete and on the disk.
-    if (!CopyTags(list, source, target, major, minor) || !target.COMMIT() || !target.CLOSE())
-        return rollBack(L"Error writing to file '" + name);
-    source.CLOSE();
-    if (!MFile::REMOVE(aside.c_str()))
-        KelBase::Log(KelSDK::Common::Logging::LogSeverity::Warning, L"MTagList", L"CONVERT",
-                     L"Could not delete the old copy '" + aside + L"'");
-    return true;
+    return rewrite.Finish(writeError);
 }

@@ -6,18 +6,13 @@
 #include <string>
 #include <vector>
 
-#include "FileOs.h"
-#include "Logging.h"
 #include "MFile.h"
 #include "MFileName.h"
 #include "MTagList.h"
 #include "TagBytes.h"
-#include "TempFolder.h"
+#include "TagRewriteTest.h"
 
 namespace {
-
-using KelSDK::Common::Logging::GetLogger;
-using KelSDK::Common::Logging::MemorySink;
 
 // The elements as "NAME@header+length" for one readable comparison.
 std::vector<std::string> Layout(const MTagList& list) {
@@ -42,29 +37,7 @@ protected:
     MFile m_file;
 };
 
-// Conversions name their files relative to the test's folder, the current one while it runs:
-// MFileName takes a path in Windows form, which a native absolute path is not.
-class ConvertTest : public TempFolderTest {
-protected:
-    void SetUp() override {
-        TempFolderTest::SetUp();
-        m_previous = std::filesystem::current_path();
-        std::filesystem::current_path(m_folder);
-    }
-    void TearDown() override {
-        std::filesystem::current_path(m_previous);
-        TempFolderTest::TearDown();
-    }
-
-    std::filesystem::path m_previous;
-};
-
-// Captures what the library logs while it lives.
-struct LogCapture {
-    LogCapture() { GetLogger("lib.kelbase").AddSink(sink); }
-    ~LogCapture() { GetLogger("lib.kelbase").RemoveSink(sink); }
-    std::shared_ptr<MemorySink> sink = std::make_shared<MemorySink>();
-};
+class ConvertTest : public TagRewriteTest {};
 
 } // namespace
 
@@ -362,55 +335,27 @@ TEST_F(ConvertTest, ConvertKeepsEveryTagsData) {
     EXPECT_EQ(4u, files);
 }
 
-// Every call of the file layer during a conversion fails in turn: the conversion either fails
-// with the original back in place, byte for byte, or completes; nothing else is left behind
-// but, when only the final delete failed, the moved-aside original.
-TEST_F(ConvertTest, ConvertRollsBackWhenTheDiskFails) {
+// Every call of the file layer during a conversion fails in turn, or the user aborts before
+// it: the conversion either fails with the original back in place, byte for byte, or completes.
+TEST_F(ConvertTest, ConvertRollsBackWhenTheDiskFailsOrTheUserAborts) {
     std::string body;
     for (int i = 0; i < 6; ++i)
         body += Tag("BODY", 1, std::string(300000 + i, static_cast<char>('a' + i)));
+    // A tag of several MiB, so that the abort flag is polled during the copy.
+    body += Tag("MESH", 1, std::string(3u << 20, 'm'));
     const std::string original = Head(1, 0) + body, converted = Head(2, 1) + body;
-    const std::wstring name = L"disk.kel";
-    MFileName file(name.c_str());
-
-    long long calls = 0, failAt = -1;
-    std::vector<FileOs::Call> kinds;
-    const FileOs::Probe previous = FileOs::SetProbe([&](FileOs::Call call, size_t) {
-        kinds.push_back(call);
-        return calls++ != failAt;
-    });
-    WriteRaw(L"disk.kel", original);
-    ASSERT_TRUE(MTagList::CONVERT(file, 0, 0));
-    const long long total = calls;
-    size_t writes = 0;
-    for (FileOs::Call call : kinds)
-        writes += call == FileOs::Call::Write;
-    EXPECT_LE(5u, writes) << "enough writes to fail between tags";
+    MFileName file(L"disk.kel");
+    auto convert = [&] { return MTagList::CONVERT(file, 0, 0); };
 
     LogCapture log;
-    for (failAt = 0; failAt < total; ++failAt) {
-        SCOPED_TRACE(failAt);
-        WriteRaw(L"disk.kel", original);
-        calls = 0;
-        kinds.clear();
-        const bool done = MTagList::CONVERT(file, 0, 0);
-        const FileOs::Call failed = kinds[static_cast<size_t>(failAt)];
-        EXPECT_EQ(done ? converted : original, ReadRaw(L"disk.kel"))
-            << "failed call kind " << static_cast<int>(failed);
-        std::vector<std::wstring> left;
-        for (const auto& entry : std::filesystem::directory_iterator(m_folder))
-            left.push_back(entry.path().filename().wstring());
-        if (failed == FileOs::Call::Remove) {
-            EXPECT_TRUE(done);
-            ASSERT_EQ(2u, left.size());
-            EXPECT_EQ(original, ReadRaw(L"disk.kel.~convert1"));
-            std::filesystem::remove(m_folder / L"disk.kel.~convert1");
-        } else
-            EXPECT_EQ(std::vector<std::wstring>{L"disk.kel"}, left);
-    }
-    FileOs::SetProbe(previous);
-    const std::vector<std::wstring> texts = log.sink->GetTexts();
-    ASSERT_FALSE(texts.empty());
-    EXPECT_NE(texts.end(), std::find(texts.begin(), texts.end(),
-                                     L"In MTagList::CONVERT() : Error writing to file '" + name));
+    EXPECT_LE(5, RunIntoEachCall(Injected::Failure, L"disk.kel", original, converted, L"convert",
+                                 convert))
+        << "enough calls to fail between tags";
+    EXPECT_TRUE(log.Has(L"In MTagList::CONVERT() : Error writing to file 'disk.kel"));
+    // An abort up to the last look at the flag, before the new file is committed, keeps the
+    // original; the copy looks at it more than once.
+    EXPECT_LE(
+        5, RunIntoEachCall(Injected::Abort, L"disk.kel", original, converted, L"convert", convert));
+    EXPECT_TRUE(log.Has(
+        L"In MTagList::CONVERT() : Aborted by the user, the file 'disk.kel' is left as it was"));
 }
