@@ -54,6 +54,8 @@ bool TagFileRewrite::Begin() {
     if (!m_target.CREATE(m_name.c_str()))
         return Fail(L"Could not create the file '" + m_name);
     m_level.emplace(0.0, m_size ? static_cast<double>(m_size) : 1.0, L"");
+    // The level's text is the file's name (texts are shown as given, begins are formatted).
+    IStatusCallback::STATUS_TEXT(0, m_name.c_str());
     return true;
 }
 

@@ -1,10 +1,12 @@
-// tags, convert: the tag tree of a tagged file, and its conversion to another format version.
+// tags, convert, tag: the tag tree of a tagged file, its conversion to another format version,
+// and the replacement, removal and insertion of its tags.
 #include <memory>
 #include <optional>
 
 #include "Keltool.h"
 #include "Logging.h"
 #include "MFile.h"
+#include "StdBase.h"
 
 namespace Keltool {
 namespace {
@@ -31,6 +33,26 @@ std::wstring Line(const MTag& tag, size_t depth) {
     return std::wstring(2 * depth, L' ') + Name(tag) + L" " + Version(tag) + L"  offset " +
            std::to_wstring(tag.m_header_pos) + L"  length " + std::to_wstring(tag.m_length) + L"\n";
 }
+
+// What the library logs while this lives, which says why an operation failed.
+class LibraryLog {
+public:
+    LibraryLog() { GetLogger("lib.kelbase").AddSink(m_sink); }
+    ~LibraryLog() { GetLogger("lib.kelbase").RemoveSink(m_sink); }
+    LibraryLog(const LibraryLog&) = delete;
+    LibraryLog& operator=(const LibraryLog&) = delete;
+
+    // The messages, each on a line of its own, indented.
+    std::wstring Why() const {
+        std::wstring why;
+        for (const std::wstring& text : m_sink->GetTexts())
+            why += L"\n  " + text;
+        return why;
+    }
+
+private:
+    std::shared_ptr<MemorySink> m_sink = std::make_shared<MemorySink>();
+};
 
 // Opens a tagged file and reads its head tag; on failure reports it and returns the exit code.
 std::optional<int> OpenTagged(MFile& file, const std::wstring& path, MTag& head) {
@@ -112,29 +134,135 @@ int Convert(const Arguments& arguments) {
             return *failed;
         large = file.SEEK_FROM_END() && file.TELL() >= LargeFile;
     }
-    // What the library logs says why a conversion failed.
-    auto log = std::make_shared<MemorySink>();
-    GetLogger("lib.kelbase").AddSink(log);
+    LibraryLog log;
     bool converted = false;
     {
-        std::optional<TerminalProgressBar> bar;
-        if (large && ErrorIsTerminal())
-            bar.emplace();
+        ProgressDisplay display(large && ErrorIsTerminal(), L"convert");
         MFileName name(path.c_str());
         converted = MTagList::CONVERT(name, major, minor);
+        if (!converted && ProgressDisplay::Aborted())
+            return Fail(L"aborted by the user while converting \"" + path +
+                        L"\"; it is left as it was");
     }
-    GetLogger("lib.kelbase").RemoveSink(log);
-    if (!converted) {
-        std::wstring why;
-        for (const std::wstring& text : log->GetTexts())
-            why += L"\n  " + text;
-        return Fail(L"cannot convert \"" + path + L"\"" + why);
-    }
+    if (!converted)
+        return Fail(L"cannot convert \"" + path + L"\"" + log.Why());
     if (head.m_vmajor == major)
         Print(path + L": already version " + Version(head) + L", left as it is\n");
     else
         Print(path + L": converted from version " + Version(head) + L" to " +
               Version(MTag("", major, minor)) + L"\n");
+    return Success;
+}
+
+// A tag named on the command line: NAME, NAME:MAJOR (only that major version), NAME#N (the
+// N-th of that name in file order, from 1), or NAME:MAJOR#N.
+struct TagChoice {
+    MTag tag;
+    unsigned long versionMode = 0; // any version, or equal majors
+    unsigned long occurrence = 0;
+};
+
+std::optional<TagChoice> ParseChoice(const std::wstring& text) {
+    TagChoice choice;
+    std::wstring name = text;
+    const size_t hash = name.find(L'#');
+    if (hash != name.npos) {
+        const std::optional<unsigned char> n = Number(name.substr(hash + 1));
+        if (!n || *n == 0)
+            return std::nullopt;
+        choice.occurrence = *n - 1u;
+        name.erase(hash);
+    }
+    const size_t colon = name.find(L':');
+    unsigned char major = MTag::m_file_vmajor;
+    if (colon != name.npos) {
+        const std::optional<unsigned char> m = Number(name.substr(colon + 1));
+        if (!m)
+            return std::nullopt;
+        major = *m;
+        choice.versionMode = 2;
+        name.erase(colon);
+    }
+    if (name.empty() || name.size() > MTag::NAME_SIZE ||
+        name.find_first_not_of(
+            L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_") != name.npos)
+        return std::nullopt;
+    choice.tag.INIT(StdBase::ConvertUnicodeToUtf8(name).c_str(), major, 0);
+    return choice;
+}
+
+int Tag(const Arguments& arguments) {
+    const Parsed parsed = SplitOptions(arguments);
+    if (!parsed.options.empty())
+        return UsageError(L"tag", L"unknown option " + parsed.options[0] + L" of tag");
+    const Arguments& words = parsed.operands;
+    const std::wstring verb = words.empty() ? L"" : words[0];
+    MFileTagReplacer::Place place = MFileTagReplacer::After;
+    bool placed = false;
+    const std::pair<const wchar_t*, MFileTagReplacer::Place> places[] = {
+        {L"before", MFileTagReplacer::Before},
+        {L"after", MFileTagReplacer::After},
+        {L"inside", MFileTagReplacer::Inside}};
+    for (const auto& [word, value] : places)
+        if (words.size() > 3 && words[3] == word) {
+            place = value;
+            placed = true;
+        }
+    if (!((verb == L"replace" && words.size() == 4) || (verb == L"remove" && words.size() == 3) ||
+          (verb == L"insert" && words.size() == 6 && placed)))
+        return UsageError(L"tag", L"use tag replace FILE TAG DATAFILE, tag remove FILE TAG or "
+                                  L"tag insert FILE TAG before|after|inside NEWTAG DATAFILE");
+    const std::wstring& path = words[1];
+    const std::optional<TagChoice> choice = ParseChoice(words[2]);
+    const std::optional<TagChoice> added = verb == L"insert" ? ParseChoice(words[4]) : choice;
+    if (!choice || !added || (verb == L"insert" && words[4].find_first_of(L":#") != words[4].npos))
+        return UsageError(L"tag", L"a tag is a name of up to six letters, digits or _, with "
+                                  L":MAJOR and #N to choose (a new tag: the name alone)");
+    const std::wstring& dataPath = words.back();
+    if (verb != L"remove") {
+        MFile data;
+        if (!data.OPEN_READ(dataPath.c_str()))
+            return FailWithCode(L"cannot read \"" + dataPath + L"\"", GetLastError());
+    }
+    MTag head;
+    bool large = false;
+    {
+        MFile file;
+        if (const std::optional<int> failed = OpenTagged(file, path, head))
+            return *failed;
+        large = file.SEEK_FROM_END() && file.TELL() >= LargeFile;
+    }
+
+    LibraryLog log;
+    MFileTagReplacer replacer;
+    if (!replacer.Open(MFileName(path.c_str())))
+        return FailWithCode(L"cannot read \"" + path + L"\"", GetLastError());
+    const size_t index =
+        replacer.GetFile().Find(choice->tag, choice->versionMode, choice->occurrence);
+    if (index == MFileTagged::NONE)
+        return Fail(L"\"" + path + L"\" has no tag " + words[2]);
+    const MFileName data(dataPath.c_str());
+    // A new tag takes the file's format version.
+    const MTag tag(added->tag.m_name, head.m_vmajor, head.m_vminor);
+    const bool queued = verb == L"replace"  ? replacer.Replace(index, data)
+                        : verb == L"remove" ? replacer.Remove(index)
+                                            : replacer.Insert(index, place, tag, data);
+    if (!queued)
+        return Fail(L"cannot " + verb + L" " + words[2] + L" of \"" + path + L"\"" + log.Why());
+    {
+        ProgressDisplay display(large && ErrorIsTerminal(), L"tag " + verb);
+        if (!replacer.Apply()) {
+            if (ProgressDisplay::Aborted())
+                return Fail(L"aborted by the user while rewriting \"" + path +
+                            L"\"; it is left as it was");
+            return Fail(L"cannot rewrite \"" + path + L"\"" + log.Why());
+        }
+    }
+    Print(path + L": " +
+          (verb == L"replace"  ? L"replaced the data of " + words[2]
+           : verb == L"remove" ? L"removed " + words[2]
+                               : L"inserted " + words[4] + L" " + words[3] + L" " + words[2]) +
+          L"\n");
     return Success;
 }
 
@@ -154,5 +282,22 @@ KELTOOL_COMMAND(convert, L"convert", L"convert FILE [MAJOR MINOR]",
                 L"fails it is back under its name, unchanged. Files of 16 MiB and more show a\n"
                 L"progress bar on a terminal.\n",
                 Convert);
+KELTOOL_COMMAND(tag, L"tag",
+                L"tag replace|remove|insert FILE TAG [before|after|inside NEWTAG] [DATAFILE]",
+                L"  replace FILE TAG DATAFILE   the data of the tag becomes the content of\n"
+                L"                              DATAFILE; its header keeps name and version.\n"
+                L"  remove FILE TAG             removes the tag with its data.\n"
+                L"  insert FILE TAG before|after|inside NEWTAG DATAFILE\n"
+                L"                              a new tag with the content of DATAFILE, before\n"
+                L"                              or after TAG, or inside it as its last child;\n"
+                L"                              it takes the file's format version.\n"
+                L"TAG is a name, chosen among all tags at any depth in file order: NAME is the\n"
+                L"first of that name, NAME#N the N-th (from 1), NAME:MAJOR the first of that\n"
+                L"major version (NAME:MAJOR#N combines both). Every other byte of the file stays\n"
+                L"as it was, and the lengths of the tags around the change are written anew.\n"
+                L"The original is kept until the new file is complete: when anything fails it\n"
+                L"is back under its name, unchanged. Files of 16 MiB and more show a progress\n"
+                L"bar on a terminal.\n",
+                Tag);
 
 } // namespace Keltool

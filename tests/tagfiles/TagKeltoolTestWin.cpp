@@ -83,3 +83,52 @@ TEST_F(TagKeltoolTest, DamagedFilesAndUsage) {
                                                        {L"tags", L"--deep", cut}})
         EXPECT_EQ(2u, Run(arguments).exitCode) << arguments.size() << " arguments";
 }
+
+TEST_F(TagKeltoolTest, TagReplacesRemovesAndInserts) {
+    const std::string head = Head(2, 1), note = Tag("NOTE", 2, "abc");
+    auto file = [&](const std::string& firstData, const std::string& mesh2) {
+        return head + Tag("BODY", 2, Tag("MESH", 2, Tag("DATA", 2, firstData)) + note) +
+               Tag("BODY", 2, mesh2);
+    };
+    const std::string mesh2 = Tag("MESH", 1, Tag("DATA", 1, "second"));
+    const std::wstring path = Make(L"part.kel", file("first", mesh2));
+    const std::wstring data = Make(L"new.bin", "replacement data");
+    const std::string name = StdBase::ConvertUnicodeToUtf8(path);
+
+    KeltoolResult result = Run({L"tag", L"replace", path, L"DATA", data});
+    EXPECT_EQ(0u, result.exitCode) << result.err;
+    EXPECT_EQ(name + ": replaced the data of DATA\r\n", result.out);
+    EXPECT_EQ(file("replacement data", mesh2), ReadAll(path));
+
+    // The second MESH, of major version 1, by number and by version.
+    result = Run({L"tag", L"insert", path, L"MESH#2", L"inside", L"EXTRA", data});
+    EXPECT_EQ(0u, result.exitCode) << result.err;
+    const std::string grown =
+        Tag("MESH", 1, Tag("DATA", 1, "second") + Header("EXTRA", 2, 1, 16) + "replacement data");
+    EXPECT_EQ(file("replacement data", grown), ReadAll(path));
+    result = Run({L"tag", L"remove", path, L"MESH:1"});
+    EXPECT_EQ(0u, result.exitCode) << result.err;
+    EXPECT_EQ(name + ": removed MESH:1\r\n", result.out);
+    EXPECT_EQ(file("replacement data", ""), ReadAll(path));
+
+    result = Run({L"tag", L"remove", path, L"DATA#3"});
+    EXPECT_EQ(1u, result.exitCode);
+    EXPECT_NE(std::string::npos, result.err.find("has no tag DATA#3")) << result.err;
+    // The library's reason when an edit is refused.
+    result = Run({L"tag", L"insert", path, L"DATA", L"inside", L"X", data});
+    EXPECT_EQ(1u, result.exitCode);
+    EXPECT_NE(std::string::npos, result.err.find("holds raw data, no tags")) << result.err;
+    result = Run({L"tag", L"replace", path, L"NOTE", Path(L"missing.bin")});
+    EXPECT_EQ(1u, result.exitCode);
+    EXPECT_NE(std::string::npos, result.err.find("(error code 2)")) << result.err;
+    EXPECT_EQ(file("replacement data", ""), ReadAll(path));
+
+    for (const std::vector<std::wstring>& arguments :
+         {std::vector<std::wstring>{L"tag", L"replace", path, L"DATA"},
+          {L"tag", L"remove", path, L"TOOLONGNAME"},
+          {L"tag", L"remove", path, L"DATA#0"},
+          {L"tag", L"insert", path, L"DATA", L"below", L"X", data},
+          {L"tag", L"insert", path, L"DATA", L"after", L"X#2", data},
+          {L"tag", L"rename", path, L"DATA"}})
+        EXPECT_EQ(2u, Run(arguments).exitCode) << StdBase::ConvertUnicodeToUtf8(arguments[1]);
+}
