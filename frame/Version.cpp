@@ -18,7 +18,8 @@ const wchar_t* const* KelBaseGetFamilies() {
         L"folder locks and temporary folders: MFolderLocker lock files, MTempCleaner per-process "
         L"temporary folders and the removal of dead processes' leftovers",
         L"tagged files: MTag headers, MTagList lists and trees of tags, writing with back-patched "
-        L"lengths, version conversion",
+        L"lengths, version conversion; MFileTagged and MFileTagReplacer: tags found by name, "
+        L"version and occurrence, replaced, inserted and removed",
         L"checksums: COXCheckSum8/16/32 additive checksums; COXCRC16 and COXCRC32 CRCs for any "
         L"polynomial over blocks and files, tables shared per polynomial",
         L"cryptography: CRijndael (AES and Rijndael, blocks and keys of 16, 24 and 32 bytes; "
