@@ -63,6 +63,16 @@ std::optional<int> OpenTagged(MFile& file, const std::wstring& path, MTag& head)
     return std::nullopt;
 }
 
+// The head tag of a tagged file, and whether the file is large enough for a progress bar; on
+// failure reports it and returns the exit code.
+std::optional<int> Inspect(const std::wstring& path, MTag& head, bool& large) {
+    MFile file;
+    if (const std::optional<int> failed = OpenTagged(file, path, head))
+        return failed;
+    large = file.SEEK_FROM_END() && file.TELL() >= LargeFile;
+    return std::nullopt;
+}
+
 int Tags(const Arguments& arguments) {
     const Parsed parsed = SplitOptions(arguments);
     if (!parsed.options.empty())
@@ -128,12 +138,8 @@ int Convert(const Arguments& arguments) {
     }
     MTag head;
     bool large = false;
-    {
-        MFile file;
-        if (const std::optional<int> failed = OpenTagged(file, path, head))
-            return *failed;
-        large = file.SEEK_FROM_END() && file.TELL() >= LargeFile;
-    }
+    if (const std::optional<int> failed = Inspect(path, head, large))
+        return *failed;
     LibraryLog log;
     bool converted = false;
     {
@@ -226,12 +232,8 @@ int Tag(const Arguments& arguments) {
     }
     MTag head;
     bool large = false;
-    {
-        MFile file;
-        if (const std::optional<int> failed = OpenTagged(file, path, head))
-            return *failed;
-        large = file.SEEK_FROM_END() && file.TELL() >= LargeFile;
-    }
+    if (const std::optional<int> failed = Inspect(path, head, large))
+        return *failed;
 
     LibraryLog log;
     MFileTagReplacer replacer;
