@@ -149,7 +149,7 @@ int main(int argc, char** argv) {
              return 0u;
          }},
     };
-    KelBench::MeasureInTurns(candidates, 5);
+    KelBench::MeasureInTurns(candidates, 9);
     const size_t bytes = static_cast<size_t>(mib << 20);
     std::printf("CONVERT %s\n", converted ? "succeeded" : "FAILED");
     // The goal: conversion at 80 % or more of the throughput of a copy doing the same work.
