@@ -173,13 +173,19 @@ bool MDirectoryWithMap::GetNonmappedName(CString& out, const wchar_t* text) cons
     return true;
 }
 
+// Beyond the list: the empty name, without flags.
+const MDirectoryWithMap::Name& MDirectoryWithMap::_NameAt(unsigned int index) const {
+    static const Name none{CString(), 0};
+    return index < m_names.size() ? m_names[index] : none;
+}
+
 void MDirectoryWithMap::GetName(CString& name, unsigned int index) const {
-    name = m_names.at(index).name;
+    name = _NameAt(index).name;
 }
 
 CString& MDirectoryWithMap::GetMappedName(CString& mapped, unsigned int index) const {
-    if (!Name2MappedName(m_names.at(index).name, &mapped))
-        mapped = m_names[index].name;
+    if (!Name2MappedName(_NameAt(index).name, &mapped))
+        mapped = _NameAt(index).name;
     return mapped;
 }
 
@@ -196,7 +202,7 @@ unsigned int MDirectoryWithMap::GetMappedNameIndex(const wchar_t* mapped) const 
 }
 
 unsigned int MDirectoryWithMap::GetNameFlags(unsigned int index) const {
-    return m_names.at(index).flags;
+    return _NameAt(index).flags;
 }
 
 unsigned short MDirectoryWithMap::RemoveName(const wchar_t* name) {

@@ -77,19 +77,19 @@ public:
     /// name in use; false (and `out` untouched) otherwise.
     bool GetNonmappedName(CString& out, const wchar_t* text) const;
 
-    /// The index-th name in use; the index must be below GetCount().
+    /// The index-th name in use; empty for an index from GetCount() on.
     void GetName(CString& name, unsigned int index) const;
     /// The name under which the index-th name is stored: its mapped name, or the name itself
-    /// when it has none; the index must be below GetCount(). Returns `mapped`.
+    /// when it has none; empty for an index from GetCount() on. Returns `mapped`.
     CString& GetMappedName(CString& mapped, unsigned int index) const;
     /// What the index lookups give for an unknown name.
-    static constexpr unsigned int NO_INDEX = static_cast<unsigned int>(-1);
+    enum : unsigned int { NO_INDEX = static_cast<unsigned int>(-1) };
     /// The index of a name (without regard to case) or of a mapped name; NO_INDEX when unknown.
     ///@{
     unsigned int GetNameIndex(const wchar_t* name) const;
     unsigned int GetMappedNameIndex(const wchar_t* mapped) const;
     ///@}
-    /// The NameFlags of the index-th name; the index must be below GetCount().
+    /// The NameFlags of the index-th name; 0 for an index from GetCount() on.
     unsigned int GetNameFlags(unsigned int index) const;
 
     /// Removes the name from the list and the map; 0 when it is unknown, else 1.
@@ -129,5 +129,6 @@ private:
         unsigned int flags;
     };
     CMapStringToString m_map;
+    const Name& _NameAt(unsigned int index) const;
     std::vector<Name> m_names;
 };

@@ -115,14 +115,17 @@ TEST_F(DirectoryWithMapTest, FolderScanKeepsTheNamesInUse) {
     ASSERT_EQ(directory.Read(m_path.c_str(), MDirectoryWithMap::READ_SCAN_FOLDER), 0u);
     EXPECT_EQ(directory.GetCount(), 3) << "the map file is no name";
     const unsigned int folder = directory.GetNameIndex(L"A long folder");
-    ASSERT_NE(folder, static_cast<unsigned int>(-1));
+    ASSERT_NE(folder, MDirectoryWithMap::NO_INDEX);
     EXPECT_EQ(directory.GetNameFlags(folder),
               MDirectoryWithMap::NAME_IS_FOLDER | MDirectoryWithMap::NAME_IS_MAPPED);
     const unsigned int plain = directory.GetNameIndex(L"unmapped.txt");
-    ASSERT_NE(plain, static_cast<unsigned int>(-1));
+    ASSERT_NE(plain, MDirectoryWithMap::NO_INDEX);
     EXPECT_EQ(directory.GetNameFlags(plain), 0u);
     CString mapped;
     EXPECT_STREQ(directory.GetMappedName(mapped, plain), L"unmapped.txt");
+    // Past the end: empty answers, not a fault.
+    EXPECT_STREQ(directory.GetMappedName(mapped, MDirectoryWithMap::NO_INDEX), L"");
+    EXPECT_EQ(directory.GetNameFlags(3), 0u);
     EXPECT_FALSE(directory.Name2MappedName(L"Gone", nullptr)) << "not on disk: dropped";
     EXPECT_EQ(directory.Read((m_path + L"missing/").c_str(), MDirectoryWithMap::READ_SCAN_FOLDER),
               3u);
