@@ -99,7 +99,7 @@ int RunFileCommand(const wchar_t* name, const Arguments& arguments, unsigned lon
                                             option.substr(13));
             polynomial = static_cast<unsigned long>(value);
         } else
-            return UsageError(name, L"unknown option " + option + L" of " + name);
+            return UnknownOption(name, option);
     }
     if (parsed.operands.empty())
         return UsageError(name, std::wstring(name) + L" needs at least one file");

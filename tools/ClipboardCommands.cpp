@@ -7,7 +7,7 @@ namespace {
 int Clip(const Arguments& arguments) {
     const Parsed parsed = SplitOptions(arguments);
     if (!parsed.options.empty())
-        return UsageError(L"clip", L"unknown option " + parsed.options[0] + L" of clip");
+        return UnknownOption(L"clip", parsed.options[0]);
     const Arguments& words = parsed.operands;
     if (words.size() == 1 && words[0] == L"get") {
         CString text;

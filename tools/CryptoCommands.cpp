@@ -20,7 +20,7 @@ std::wstring CannotRead(const std::wstring& path) {
 int Sha1(const Arguments& arguments) {
     const Parsed parsed = SplitOptions(arguments);
     if (!parsed.options.empty())
-        return UsageError(L"sha1", L"unknown option " + parsed.options.front() + L" of sha1");
+        return UnknownOption(L"sha1", parsed.options.front());
     if (parsed.operands.empty())
         return UsageError(L"sha1", L"sha1 needs at least one file");
     std::vector<unsigned char> buffer(ChunkBytes);

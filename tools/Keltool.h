@@ -38,6 +38,8 @@ void Print(const std::wstring& text); // to the standard output
 int Fail(const std::wstring& message);
 // "keltool: MESSAGE (see keltool help COMMAND)" on the standard error; returns Usage.
 int UsageError(const std::wstring& command, const std::wstring& message);
+// UsageError() for an option that COMMAND does not take.
+int UnknownOption(const std::wstring& command, const std::wstring& option);
 // The system's text for a Win32 code and the code: "TEXT (error code N)".
 std::wstring ErrorText(unsigned long code);
 // Fail() with WHAT ("cannot read \"FILE\"", ...) followed by ": " and ErrorText(code).

@@ -49,6 +49,10 @@ int UsageError(const std::wstring& command, const std::wstring& message) {
     return Usage;
 }
 
+int UnknownOption(const std::wstring& command, const std::wstring& option) {
+    return UsageError(command, L"unknown option " + option + L" of " + command);
+}
+
 std::wstring ErrorText(unsigned long code) {
     CString text;
     return std::wstring(MSysErrorCode::LoadError(text, code)) + L" (error code " +

@@ -8,7 +8,7 @@ namespace {
 int Localize(const Arguments& arguments) {
     const Parsed parsed = SplitOptions(arguments);
     if (!parsed.options.empty())
-        return UsageError(L"localize", L"unknown option " + parsed.options[0] + L" of localize");
+        return UnknownOption(L"localize", parsed.options[0]);
     if (parsed.operands.empty())
         return UsageError(L"localize", L"localize needs at least one key");
     // Keys are ASCII; UTF-8 passes anything else through unchanged, so it cannot match by

@@ -262,7 +262,7 @@ int Delete(const Key& key, const Arguments& words) {
 int Reg(const Arguments& arguments) {
     const Parsed parsed = SplitOptions(arguments);
     if (!parsed.options.empty())
-        return UsageError(L"reg", L"unknown option " + parsed.options[0] + L" of reg");
+        return UnknownOption(L"reg", parsed.options[0]);
     const Arguments& words = parsed.operands;
     if (words.size() < 2)
         return UsageError(L"reg", L"use reg get|set|delete|list KEY ...");

@@ -76,7 +76,7 @@ std::optional<int> Inspect(const std::wstring& path, MTag& head, bool& large) {
 int Tags(const Arguments& arguments) {
     const Parsed parsed = SplitOptions(arguments);
     if (!parsed.options.empty())
-        return UsageError(L"tags", L"unknown option " + parsed.options[0] + L" of tags");
+        return UnknownOption(L"tags", parsed.options[0]);
     if (parsed.operands.size() != 1)
         return UsageError(L"tags", L"tags needs one file");
     const std::wstring& path = parsed.operands[0];
@@ -119,7 +119,7 @@ std::optional<unsigned char> Number(const std::wstring& text) {
 int Convert(const Arguments& arguments) {
     const Parsed parsed = SplitOptions(arguments);
     if (!parsed.options.empty())
-        return UsageError(L"convert", L"unknown option " + parsed.options[0] + L" of convert");
+        return UnknownOption(L"convert", parsed.options[0]);
     if (parsed.operands.size() != 1 && parsed.operands.size() != 3)
         return UsageError(L"convert", L"convert needs a file, optionally with MAJOR and MINOR");
     const std::wstring& path = parsed.operands[0];
@@ -200,7 +200,7 @@ std::optional<TagChoice> ParseChoice(const std::wstring& text) {
 int Tag(const Arguments& arguments) {
     const Parsed parsed = SplitOptions(arguments);
     if (!parsed.options.empty())
-        return UsageError(L"tag", L"unknown option " + parsed.options[0] + L" of tag");
+        return UnknownOption(L"tag", parsed.options[0]);
     const Arguments& words = parsed.operands;
     const std::wstring verb = words.empty() ? L"" : words[0];
     MFileTagReplacer::Place place = MFileTagReplacer::After;

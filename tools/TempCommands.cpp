@@ -40,7 +40,7 @@ std::wstring TemporaryRoot() {
 int Temp(const Arguments& arguments) {
     const Parsed parsed = SplitOptions(arguments);
     if (!parsed.options.empty())
-        return UsageError(L"temp", L"unknown option " + parsed.options[0] + L" of temp");
+        return UnknownOption(L"temp", parsed.options[0]);
     const Arguments& words = parsed.operands;
     if (words.size() != 2 || (words[0] != L"list" && words[0] != L"clean"))
         return UsageError(L"temp", L"use temp list ENTRY, or temp clean ENTRY");
@@ -75,7 +75,7 @@ int Lock(const Arguments& arguments) {
     long seconds = -1;
     for (const std::wstring& option : parsed.options) {
         if (option.compare(0, 10, L"--seconds=") != 0)
-            return UsageError(L"lock", L"unknown option " + option + L" of lock");
+            return UnknownOption(L"lock", option);
         seconds = std::wcstol(option.c_str() + 10, nullptr, 10);
     }
     if (parsed.operands.size() != 1)

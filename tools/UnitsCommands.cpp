@@ -57,7 +57,7 @@ int Units(const Arguments& arguments) {
             if (!resolution || !IInternalUnitsObserver::SetInternalUnits(*resolution))
                 return UsageError(L"units", L"not a positive resolution: " + option.substr(13));
         } else
-            return UsageError(L"units", L"unknown option " + option + L" of units");
+            return UnknownOption(L"units", option);
     }
     const Arguments& words = parsed.operands;
     if (words.size() != 3)
