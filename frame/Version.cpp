@@ -9,7 +9,8 @@ const wchar_t* KelBaseGetVersion() {
 
 const wchar_t* const* KelBaseGetFamilies() {
     static const wchar_t* const families[] = {
-        L"frame: module start-up, resource strings, conversions, blob buffers, string maps",
+        L"frame: module start-up, resource strings, conversions, blob buffers, string maps, "
+        L"string helpers (miscstr, CStringToMString), TestingUtility log capture",
         L"file names: MFileName path parts, comparisons, file operations, temporary and safe "
         L"names; MFileUtility file-name repair",
         L"directories: MDirectory executable, working, project, temporary and shell folders, "
@@ -20,6 +21,8 @@ const wchar_t* const* KelBaseGetFamilies() {
         L"tagged files: MTag headers, MTagList lists and trees of tags, writing with back-patched "
         L"lengths, version conversion; MFileTagged and MFileTagReplacer: tags found by name, "
         L"version and occurrence, replaced, inserted and removed",
+        L"settings files: MIniFile sections and keys read once, typed values, written back "
+        L"atomically in the encoding read (ANSI, UTF-8, UTF-16LE)",
         L"checksums: COXCheckSum8/16/32 additive checksums; COXCRC16 and COXCRC32 CRCs for any "
         L"polynomial over blocks and files, tables shared per polynomial",
         L"cryptography: CRijndael (AES and Rijndael, blocks and keys of 16, 24 and 32 bytes; "

@@ -17,13 +17,6 @@ std::wstring FromNarrow(const char* text) {
     return text != nullptr ? StdBase::ConvertAnsiToUnicode(text) : std::wstring();
 }
 
-// The order of _wcsicmp: code units after lowering both, compared unsigned.
-int CompareUnits(wchar_t a, wchar_t b) {
-    const auto ua = static_cast<std::wint_t>(a);
-    const auto ub = static_cast<std::wint_t>(b);
-    return ua < ub ? -1 : (ua > ub ? 1 : 0);
-}
-
 bool IsWhiteSpace(wchar_t ch, const wchar_t*) {
     return std::iswspace(ch) != 0;
 }
@@ -109,15 +102,7 @@ int CString::Compare(const wchar_t* text) const {
 }
 
 int CString::CompareNoCase(const wchar_t* text) const {
-    const wchar_t* a = m_str.c_str();
-    const wchar_t* b = TextOrEmpty(text);
-    for (;; ++a, ++b) {
-        const wchar_t la = static_cast<wchar_t>(std::towlower(static_cast<std::wint_t>(*a)));
-        const wchar_t lb = static_cast<wchar_t>(std::towlower(static_cast<std::wint_t>(*b)));
-        if (la != lb || la == 0) {
-            return CompareUnits(la, lb);
-        }
-    }
+    return StdBase::CompareNoCase(m_str.c_str(), TextOrEmpty(text));
 }
 
 wchar_t* CString::GetBuffer() {

@@ -56,6 +56,10 @@ bool MFile::CREATE(const wchar_t* name) {
     return OpenAs(name, Mode::Create);
 }
 
+bool MFile::CREATE_EXCLUSIVE(const wchar_t* name) {
+    return OpenAs(name, Mode::CreateNew);
+}
+
 bool MFile::OPEN_UPDATE(const wchar_t* name) {
     return OpenAs(name, Mode::Update);
 }

@@ -37,6 +37,8 @@ public:
     bool OPEN_READ(const wchar_t* name);
     /// Creates a file, or truncates an existing one, for reading and writing.
     bool CREATE(const wchar_t* name);
+    /// Creates a file for reading and writing; false when it exists already.
+    bool CREATE_EXCLUSIVE(const wchar_t* name);
     /// Opens an existing file for reading and writing, its content kept.
     bool OPEN_UPDATE(const wchar_t* name);
     /// Whether a file is open.

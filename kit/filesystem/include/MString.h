@@ -37,8 +37,9 @@ public:
     /// Loads the value of `key` in `section` of the settings file `file` into this string and
     /// returns true when the key is present. Section and key match without regard to case,
     /// whitespace around the name, the '=' and the value is dropped, lines starting with ';'
-    /// are comments. The file may be UTF-16LE or UTF-8 with a byte-order mark, or ANSI text.
-    /// When the key is missing (or the file cannot be read) the string becomes empty.
+    /// are comments; keys before the first header are in the section "". The file may be
+    /// UTF-16LE or UTF-8 (DecodeSettingsText tells them apart) or ANSI text. When the key is
+    /// missing (or the file cannot be read) the string becomes empty.
     bool LOAD_INI_STRING(const wchar_t* file, const wchar_t* section, const wchar_t* key);
 
     /// Appends `other`, `text` (null appends nothing) or `c`.

@@ -5,6 +5,7 @@
 #include <cstdarg>
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "StdBaseExport.h"
@@ -43,6 +44,18 @@ KELSTD_API std::string ConvertUnicodeToUtf8(const std::wstring& text);
 KELSTD_API std::wstring ConvertUtf8ToUnicode(const char* data, size_t size);
 KELSTD_API std::wstring ConvertUtf16LeToUnicode(const unsigned char* data, size_t size);
 ///@}
+
+/// Wide text to UTF-16LE bytes without a byte-order mark; values outside Unicode become U+FFFD
+/// (natively; on Windows the units are copied as they are).
+KELSTD_API std::string ConvertUnicodeToUtf16Le(const std::wstring& text);
+
+/// Whether the bytes are well-formed UTF-8 (no overlong forms, surrogates or values above
+/// U+10FFFF); pure ASCII is.
+KELSTD_API bool IsUtf8(const char* data, size_t size);
+
+/// The order of _wcsicmp: code units after lowering both with towlower, compared unsigned;
+/// negative, 0 or positive as `a` sorts before, with or after `b`.
+KELSTD_API int CompareNoCase(std::wstring_view a, std::wstring_view b);
 
 /// Bytes as lower-case hexadecimal, two digits each, and back. The parser takes digits of
 /// either case in pairs and nothing else; it returns false (and leaves `bytes` empty) for an
