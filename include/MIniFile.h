@@ -90,14 +90,13 @@ public:
 
     /// The value of a key (matching quotes removed); false, and `value` unchanged, when the
     /// key is missing.
-    bool GetString(const std::wstring& section, const std::wstring& key,
-                   std::wstring& value) const;
+    bool GetString(const std::wstring& section, const std::wstring& key, std::wstring& value) const;
     /// The value of a key, or `defaultValue` when it is missing.
     std::wstring GetString(const std::wstring& section, const std::wstring& key,
                            const std::wstring& defaultValue = std::wstring()) const;
-    /// The value read as GetPrivateProfileIntW reads it: blanks, a sign, then decimal digits
-    /// or "0x" and hexadecimal ones, up to the first other character, kept to 32 bits as the
-    /// system does. `defaultValue` when the key is missing or its value starts with no digit
+    /// The value read as GetPrivateProfileIntW reads it: blanks, a sign, then decimal digits,
+    /// or after "0x", "0o" or "0b" hexadecimal, octal or binary ones, up to the first other
+    /// character, kept to 32 bits as the system does. `defaultValue` when the key is missing or its value starts with no digit
     /// (where the system would give 0).
     int GetInt(const std::wstring& section, const std::wstring& key, int defaultValue) const;
     /// The value as a decimal number with '.' in any locale ("1.5", "-2e3", "inf");
@@ -112,9 +111,9 @@ public:
     /// when they are missing; an existing key keeps its line, name and spacing and gets the
     /// new value. Names lose their blanks at either end. False, with nothing changed, for a
     /// value or name with a line break, a key name that is empty, holds '=' or starts with
-    /// ';' or '[', or a section name with ']'.
-    bool SetString(const std::wstring& section, const std::wstring& key,
-                   const std::wstring& value);
+    /// ';' or '[', or a section name with ']'. Text that is no valid Unicode (a lone surrogate)
+    /// is written with U+FFFD in its place.
+    bool SetString(const std::wstring& section, const std::wstring& key, const std::wstring& value);
     /// SetString of the decimal text.
     bool SetInt(const std::wstring& section, const std::wstring& key, int value);
     /// SetString of the shortest text that reads back as the same double.

@@ -122,7 +122,7 @@ bool ReadProfileInt(std::wstring_view text, int& value) {
     unsigned base = 10;
     if (i + 1 < text.size() && text[i] == L'0') {
         const wchar_t prefix = text[i + 1];
-        base = prefix == L'x' || prefix == L'X' ? 16 : prefix == L'o' ? 8 : prefix == L'b' ? 2 : 10;
+        base = prefix == L'x' ? 16 : prefix == L'o' ? 8 : prefix == L'b' ? 2 : 10;
     }
     unsigned long result = 0;
     if (base != 10) {
@@ -143,7 +143,7 @@ struct MIniFile::Model {
     std::wstring path;
     Encoding encoding = Encoding::Ansi;
     bool modified = false;
-    std::vector<Section> sections{Section()}; // sections[0] is the part before any header
+    std::vector<Section> sections{Section()};       // sections[0] is the part before any header
     std::unordered_map<std::wstring, size_t> index; // folded name -> first section of it
 
     void IndexSections() {
@@ -361,8 +361,7 @@ std::wstring MIniFile::GetString(const std::wstring& section, const std::wstring
     return GetString(section, key, value) ? value : defaultValue;
 }
 
-int MIniFile::GetInt(const std::wstring& section, const std::wstring& key,
-                     int defaultValue) const {
+int MIniFile::GetInt(const std::wstring& section, const std::wstring& key, int defaultValue) const {
     std::wstring text;
     int value = 0;
     return GetString(section, key, text) && ReadProfileInt(text, value) ? value : defaultValue;

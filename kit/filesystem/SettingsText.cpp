@@ -12,7 +12,8 @@ namespace {
 const unsigned char kUtf16Mark[] = {0xFF, 0xFE};
 const unsigned char kUtf8Signature[] = {0xEF, 0xBB, 0xBF};
 
-template <size_t N> bool StartsWith(const unsigned char* data, size_t size, const unsigned char (&mark)[N]) {
+template <size_t N>
+bool StartsWith(const unsigned char* data, size_t size, const unsigned char (&mark)[N]) {
     return size >= N && std::memcmp(data, mark, N) == 0;
 }
 
@@ -54,11 +55,13 @@ std::wstring DecodeSettingsText(const unsigned char* data, size_t size,
     } else if (StartsWith(data, size, kUtf8Signature)) {
         found = SettingsEncoding::Utf8Signature;
         text = StdBase::ConvertUtf8ToUnicode(reinterpret_cast<const char*>(data) + 3, size - 3);
-    } else if (HasNonAscii(data, size) && StdBase::IsUtf8(reinterpret_cast<const char*>(data), size)) {
+    } else if (HasNonAscii(data, size) &&
+               StdBase::IsUtf8(reinterpret_cast<const char*>(data), size)) {
         found = SettingsEncoding::Utf8;
         text = StdBase::ConvertUtf8ToUnicode(reinterpret_cast<const char*>(data), size);
     } else {
-        text = StdBase::ConvertAnsiToUnicode(std::string(reinterpret_cast<const char*>(data), size));
+        text =
+            StdBase::ConvertAnsiToUnicode(std::string(reinterpret_cast<const char*>(data), size));
     }
     if (encoding)
         *encoding = found;
@@ -107,7 +110,8 @@ SettingsLine SettingsLine::Parse(const wchar_t* line, size_t length) {
         return parsed;
     }
     if (line[begin] == L'[') {
-        const wchar_t* close = std::char_traits<wchar_t>::find(line + begin + 1, end - begin - 1, L']');
+        const wchar_t* close =
+            std::char_traits<wchar_t>::find(line + begin + 1, end - begin - 1, L']');
         if (close) {
             parsed.kind = Section;
             parsed.nameBegin = begin + 1;
@@ -139,9 +143,6 @@ bool FindSettingsValue(const std::wstring& text, const wchar_t* section, const w
         const size_t end = FindSettingsLineEnd(text, start, next);
         const SettingsLine line = SettingsLine::Parse(text.data() + start, end - start);
         if (line.kind == SettingsLine::Section) {
-            // Only the first section of the name is searched.
-            if (inSection)
-                return false;
             inSection = NameIs(text, start, line.nameBegin, line.nameEnd, section);
         } else if (line.kind == SettingsLine::Entry && inSection &&
                    NameIs(text, start, line.nameBegin, line.nameEnd, key)) {

@@ -11,12 +11,11 @@
 #include <vector>
 
 #include "CTimeCount.h"
-#include "Logging.h"
 #include "MProgressTimer.h"
 #include "MTimeout.h"
+#include "TestingUtility.h"
 
 namespace fs = std::filesystem;
-using namespace KelSDK::Common::Logging;
 
 namespace {
 
@@ -176,20 +175,19 @@ TEST_F(TimeoutTest, ActivityMovesTheStart) {
 }
 
 TEST(ProgressTimer, LogsStepsWhileEnabled) {
-    const auto sink = std::make_shared<MemorySink>();
-    Logger& logger = GetLogger("lib.kelbase");
-    logger.AddSink(sink);
-    MProgressTimer timer(false);
-    timer.StepStarted(L"hidden");
-    timer.Complete(L"hidden");
-    EXPECT_EQ(sink->GetTexts().size(), 0u);
-    timer.Enable();
-    timer.StepStarted(L"load");
-    timer.StepComplete(L"load");
-    timer.Complete(L"all");
-    logger.RemoveSink(sink);
-
-    const std::vector<std::wstring> texts = sink->GetTexts();
+    std::vector<std::wstring> texts;
+    {
+        TestingUtility log;
+        MProgressTimer timer(false);
+        timer.StepStarted(L"hidden");
+        timer.Complete(L"hidden");
+        EXPECT_EQ(log.GetTexts().size(), 0u);
+        timer.Enable();
+        timer.StepStarted(L"load");
+        timer.StepComplete(L"load");
+        timer.Complete(L"all");
+        texts = log.GetTexts();
+    }
     ASSERT_EQ(texts.size(), 3u);
     const wchar_t* const formats[] = {L"Started load, t = %lf%lc", L"Done load in %lf s%lc",
                                       L"Done all in %lf s%lc"};

@@ -58,20 +58,20 @@ TEST(MIniFileTest, LooksUpAsTheProfileFunctions) {
         const wchar_t* key;
         const wchar_t* expected;
     } cases[] = {
-        {L"Sp", L"key", L"v a l"},           // first line of a key wins, any case
-        {L" SP\t", L" KEY ", L"v a l"},      // names without their blanks
-        {L"sp", L"q", L"quoted"},            // one pair of matching quotes removed
+        {L"Sp", L"key", L"v a l"},      // first line of a key wins, any case
+        {L" SP\t", L" KEY ", L"v a l"}, // names without their blanks
+        {L"sp", L"q", L"quoted"},       // one pair of matching quotes removed
         {L"sp", L"sq", L"single"},
-        {L"sp", L"half", L"\"open"},         // a lone quote stays
+        {L"sp", L"half", L"\"open"},           // a lone quote stays
         {L"sp", L"e", L"a=b ; not a comment"}, // the first '=' splits, ';' belongs to the value
         {L"sp", L"", L"nameless"},
-        {L"", L"top", L"outside"},           // keys before the first header
-        {L"last", L"cr", L"alone"},          // a lone "\r" ends a line
-        {L"last", L"end", L"final"},         // no line end at the end of the file
-        {L"Sp", L"only", L"<missing>"},      // only the first section of a name counts
-        {L"sp", L"noeq", L"<missing>"},      // no '=', no key
-        {L"sp", L"; c", L"<missing>"},       // comments are no keys
-        {L"sp", L"Unclosed", L"<missing>"},  // "[Unclosed" is no header
+        {L"", L"top", L"outside"},          // keys before the first header
+        {L"last", L"cr", L"alone"},         // a lone "\r" ends a line
+        {L"last", L"end", L"final"},        // no line end at the end of the file
+        {L"Sp", L"only", L"<missing>"},     // only the first section of a name counts
+        {L"sp", L"noeq", L"<missing>"},     // no '=', no key
+        {L"sp", L"; c", L"<missing>"},      // comments are no keys
+        {L"sp", L"Unclosed", L"<missing>"}, // "[Unclosed" is no header
         {L"nosuch", L"key", L"<missing>"},
     };
     for (const auto& c : cases) {
@@ -96,18 +96,19 @@ TEST(MIniFileTest, LooksUpAsTheProfileFunctions) {
 }
 
 TEST(MIniFileTest, TypedValues) {
-    const MIniFile ini = Parsed("[n]\n"
-                                "dec= 42abc\nneg=-17\nhex=0x1F\nplus=+5\nwrap=99999999999\n"
-                                "quoted=\"7\"\nempty=\nword=abc\nminus=-\n"
-                                "d1=1.5\nd2= -2e3 \nd3=1.5x\nd4=inf\nd5=\xE9\n"
-                                "b1=Yes\nb2=off\nb3=2\nb4=maybe\nb5=0\n");
+    const MIniFile ini =
+        Parsed("[n]\n"
+               "dec= 42abc\nneg=-17\nhex=0x1F\noct=0o17\nbin=-0b101\nplus=+5\nwrap=99999999999\n"
+               "quoted=\"7\"\nempty=\nword=abc\nminus=-\n"
+               "d1=1.5\nd2= -2e3 \nd3=1.5x\nd4=inf\nd5=\xE9\n"
+               "b1=Yes\nb2=off\nb3=2\nb4=maybe\nb5=0\n");
     const struct {
         const wchar_t* key;
         int expected;
-    } ints[] = {{L"dec", 42},  {L"neg", -17},          {L"hex", 31}, {L"plus", 5},
-                {L"wrap", 1215752191}, // kept to 32 bits as the system does
-                {L"quoted", 7}, {L"empty", -1},        {L"word", -1}, {L"minus", -1},
-                {L"missing", -1}};
+    } ints[] = {
+        {L"dec", 42},   {L"neg", -17},         {L"hex", 31},  {L"oct", 15},   {L"bin", -5},
+        {L"plus", 5},   {L"wrap", 1215752191}, // kept to 32 bits as the system does
+        {L"quoted", 7}, {L"empty", -1},        {L"word", -1}, {L"minus", -1}, {L"missing", -1}};
     for (const auto& c : ints)
         EXPECT_EQ(c.expected, ini.GetInt(L"n", c.key, -1)) << c.key;
 
@@ -145,9 +146,9 @@ TEST(MIniFileTest, EditsKeepEveryOtherLine) {
                           "; about B\n"
                           "[B]\n"
                           "y=2");
-    EXPECT_TRUE(ini.SetString(L"a", L"X", L"new"));      // name, spacing and line kept
-    EXPECT_TRUE(ini.SetString(L" A ", L" w ", L"4"));    // after the section's last key
-    EXPECT_TRUE(ini.SetString(L"B", L"z", L"3"));        // the last line gets its line end
+    EXPECT_TRUE(ini.SetString(L"a", L"X", L"new"));       // name, spacing and line kept
+    EXPECT_TRUE(ini.SetString(L" A ", L" w ", L"4"));     // after the section's last key
+    EXPECT_TRUE(ini.SetString(L"B", L"z", L"3"));         // the last line gets its line end
     EXPECT_TRUE(ini.SetString(L"C", L"k", L"  padded ")); // quoted to keep its blanks
     EXPECT_TRUE(ini.SetString(L"C", L"q", L"'x'"));
     EXPECT_TRUE(ini.SetString(L"", L"top", L"v"));
@@ -177,8 +178,8 @@ TEST(MIniFileTest, EditsKeepEveryOtherLine) {
         const wchar_t* section;
         const wchar_t* key;
         const wchar_t* value;
-    } refused[] = {{L"A", L"k", L"two\nlines"}, {L"A", L"k=v", L"1"},  {L"A", L";k", L"1"},
-                   {L"A", L"[k", L"1"},          {L"A", L"  ", L"1"},   {L"A]", L"k", L"1"},
+    } refused[] = {{L"A", L"k", L"two\nlines"}, {L"A", L"k=v", L"1"}, {L"A", L";k", L"1"},
+                   {L"A", L"[k", L"1"},         {L"A", L"  ", L"1"},  {L"A]", L"k", L"1"},
                    {L"A\rB", L"k", L"1"}};
     for (const auto& c : refused)
         EXPECT_FALSE(ini.SetString(c.section, c.key, c.value)) << c.section << L"/" << c.key;

@@ -17,20 +17,12 @@ using Encoding = MIniFile::Encoding;
 
 const wchar_t kMissing[] = L"<missing>";
 
-std::string Utf16Le(const std::wstring& text) {
-    std::string bytes = "\xFF\xFE";
-    for (const wchar_t unit : text) {
-        bytes += static_cast<char>(unit & 0xFF);
-        bytes += static_cast<char>(unit >> 8);
-    }
-    return bytes;
-}
-
 // The text in the encoding; ANSI text is kept to what code page 1252 has.
 std::string Encoded(const std::wstring& text, Encoding encoding) {
     switch (encoding) {
-    case Encoding::Utf16Le:
-        return Utf16Le(text);
+    case Encoding::Utf16Le: // wchar_t is a UTF-16LE unit here
+        return "\xFF\xFE" +
+               std::string(reinterpret_cast<const char*>(text.data()), 2 * text.size());
     case Encoding::Utf8Signature: {
         std::string utf8(WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()),
                                              nullptr, 0, nullptr, nullptr),
@@ -80,7 +72,8 @@ protected:
              name += wcslen(name) + 1) {
             bool seen = false;
             for (const std::wstring& known : list)
-                seen = seen || CompareStringOrdinal(known.c_str(), -1, name, -1, TRUE) == CSTR_EQUAL;
+                seen =
+                    seen || CompareStringOrdinal(known.c_str(), -1, name, -1, TRUE) == CSTR_EQUAL;
             if (!seen)
                 list.emplace_back(name);
         }
@@ -96,29 +89,38 @@ protected:
     std::wstring m_path;
 };
 
+// A key, and a value to write or to expect.
+struct Entry {
+    const wchar_t* section;
+    const wchar_t* key;
+    const wchar_t* value;
+};
+
 const Encoding kEncodings[] = {Encoding::Ansi, Encoding::Utf8Signature, Encoding::Utf16Le};
 
 // Files written by hand as people write them: odd spacing, repeated keys and sections, quotes,
 // comments, keys before the first header, no line end at the end.
-const wchar_t kOddFile[] = L"top = outside\r\n"
-                           L"  [ Sp ]  trailing text\r\n"
-                           L"  Key  =  v a l  \r\n"
-                           L"key=second\r\n"
-                           L"; c = x\r\n"
-                           L"\tq\t=\t\"quoted\"\t\r\n"
-                           L"sq='single'\r\n"
-                           L"half=\"open\r\n"
-                           L"noeq\r\n"
-                           L"e=a=b ; not a comment\r\n"
-                           L"caf\u00e9=cr\u00e8me\r\n"
-                           L"[sp]\r\n"
-                           L"Key=in the second section\r\n"
-                           L"only=in the second section\r\n"
-                           L"[Unclosed\r\n"
-                           L"[Last]\n"
-                           L"lf=alone\n"
-                           L"n = 42 \r\n"
-                           L"end=final";
+const wchar_t kOddFile[] =
+    L"top = outside\r\n"
+    L"  [ Sp ]  trailing text\r\n"
+    L"  Key  =  v a l  \r\n"
+    L"key=second\r\n"
+    L"; c = x\r\n"
+    L"\tq\t=\t\"quoted\"\t\r\n"
+    L"sq='single'\r\n"
+    L"half=\"open\r\n"
+    L"noeq\r\n"
+    L"e=a=b ; not a comment\r\n"
+    L"caf\u00e9=cr\u00e8me\r\n"
+    L"[sp]\r\n"
+    L"Key=in the second section\r\n"
+    L"only=in the second section\r\n"
+    L"[Unclosed\r\n"
+    L"[Last]\n"
+    L"lf=alone\n"
+    L"n = 42 \r\n"
+    L"hex=0x1F\r\noct=0o17\r\nbin=-0b101\r\nwrap=99999999999\r\ntail=42abc\r\n"
+    L"end=final";
 
 } // namespace
 
@@ -126,10 +128,10 @@ TEST_F(MIniFileSystemTest, ReadsHandWrittenFilesAsTheSystem) {
     const struct {
         const wchar_t* section;
         const wchar_t* key;
-    } probes[] = {{L"Sp", L"key"},     {L" SP ", L" KEY "}, {L"sp", L"q"},   {L"sp", L"sq"},
-                  {L"sp", L"half"},    {L"sp", L"e"},       {L"sp", L"noeq"}, {L"SP", L"caf\u00e9"},
-                  {L"Sp", L"only"},    {L"", L"top"},       {L"last", L"lf"}, {L"last", L"n"},
-                  {L"last", L"end"},   {L"Unclosed", L"x"}, {L"nosuch", L"key"}};
+    } probes[] = {{L"Sp", L"key"},   {L" SP ", L" KEY "}, {L"sp", L"q"},      {L"sp", L"sq"},
+                  {L"sp", L"half"},  {L"sp", L"e"},       {L"sp", L"noeq"},   {L"SP", L"caf\u00e9"},
+                  {L"Sp", L"only"},  {L"", L"top"},       {L"last", L"lf"},   {L"last", L"n"},
+                  {L"last", L"end"}, {L"Unclosed", L"x"}, {L"nosuch", L"key"}};
     for (const Encoding encoding : kEncodings) {
         SCOPED_TRACE(Name(encoding));
         WriteRaw(L"profile.ini", Encoded(kOddFile, encoding));
@@ -140,8 +142,10 @@ TEST_F(MIniFileSystemTest, ReadsHandWrittenFilesAsTheSystem) {
             EXPECT_EQ(System(probe.section, probe.key),
                       ini.GetString(probe.section, probe.key, kMissing));
         }
-        EXPECT_EQ(static_cast<int>(GetPrivateProfileIntW(L"Last", L"n", -1, m_path.c_str())),
-                  ini.GetInt(L"Last", L"n", -1));
+        for (const wchar_t* key : {L"n", L"hex", L"oct", L"bin", L"wrap", L"tail"})
+            EXPECT_EQ(static_cast<int>(GetPrivateProfileIntW(L"Last", key, -1, m_path.c_str())),
+                      ini.GetInt(L"Last", key, -1))
+                << key;
         EXPECT_EQ(SystemNames(nullptr), ini.GetSections());
         EXPECT_EQ(SystemNames(L"sp"), ini.GetKeys(L"sp"));
         EXPECT_EQ(SystemNames(L"Last"), ini.GetKeys(L"Last"));
@@ -149,24 +153,20 @@ TEST_F(MIniFileSystemTest, ReadsHandWrittenFilesAsTheSystem) {
 }
 
 TEST_F(MIniFileSystemTest, ReadsWhatTheSystemWrote) {
-    const struct {
-        const wchar_t* section;
-        const wchar_t* key;
-        const wchar_t* value;
-    } writes[] = {{L"First", L"a", L"1"},
-                  {L" Second ", L" b ", L" spaced value "},
-                  {L"first", L"A", L"replaced"},
-                  {L"First", L"c", L"\"quoted\""},
-                  {L"Third", L"\u00e9t\u00e9", L"caf\u00e9 \u00e0 la cr\u00e8me"},
-                  {L"Second", L"n", L"-17"},
-                  {L"", L"top", L"before the first header"}};
+    const Entry writes[] = {{L"First", L"a", L"1"},
+                            {L" Second ", L" b ", L" spaced value "},
+                            {L"first", L"A", L"replaced"},
+                            {L"First", L"c", L"\"quoted\""},
+                            {L"Third", L"\u00e9t\u00e9", L"caf\u00e9 \u00e0 la cr\u00e8me"},
+                            {L"Second", L"n", L"-17"},
+                            {L"", L"top", L"before the first header"}};
     for (const Encoding encoding : kEncodings) {
         SCOPED_TRACE(Name(encoding));
         // The system keeps a file's encoding, which its first bytes give; an empty file is ANSI.
         WriteRaw(L"profile.ini", Encoded(L"", encoding));
         for (const auto& write : writes)
-            ASSERT_TRUE(WritePrivateProfileStringW(write.section, write.key, write.value,
-                                                   m_path.c_str()));
+            ASSERT_TRUE(
+                WritePrivateProfileStringW(write.section, write.key, write.value, m_path.c_str()));
         ASSERT_TRUE(WritePrivateProfileStringW(L"Second", L"gone", L"x", m_path.c_str()));
         ASSERT_TRUE(WritePrivateProfileStringW(L"Second", L"gone", nullptr, m_path.c_str()));
         ASSERT_TRUE(WritePrivateProfileStringW(L"Fourth", L"x", L"y", m_path.c_str()));
@@ -221,28 +221,26 @@ TEST_F(MIniFileSystemTest, TheSystemReadsWhatMIniFileWrote) {
 
         const MIniFile reread = Loaded();
         EXPECT_EQ(encoding, reread.GetEncoding());
-        const struct {
-            const wchar_t* section;
-            const wchar_t* key;
-            const wchar_t* expected;
-        } reads[] = {{L"Window", L"left", L"-20"},
-                     {L"Window", L"top", L"2147483647"},
-                     {L"Window", L"title", L"caf\u00e9"},
-                     {L"Empty", L"padded", L"  two blanks  "},
-                     {L"Empty", L"quotes", L"\"in quotes\""},
-                     {L"Paths", L"last", L"no line end"},
-                     {L"Paths", L"after", L"the last line"},
-                     {L"Paths", L"home", kMissing},
-                     {L"New", L"k", L"v=w;x"},
-                     {L"New", L"flag", L"1"},
-                     {L"", L"top", L"first"}};
+        const Entry reads[] = {{L"Window", L"left", L"-20"},
+                               {L"Window", L"top", L"2147483647"},
+                               {L"Window", L"title", L"caf\u00e9"},
+                               {L"Empty", L"padded", L"  two blanks  "},
+                               {L"Empty", L"quotes", L"\"in quotes\""},
+                               {L"Paths", L"last", L"no line end"},
+                               {L"Paths", L"after", L"the last line"},
+                               {L"Paths", L"home", kMissing},
+                               {L"New", L"k", L"v=w;x"},
+                               {L"New", L"flag", L"1"},
+                               {L"", L"top", L"first"}};
         for (const auto& read : reads) {
             SCOPED_TRACE(std::wstring(read.section) + L"/" + read.key);
-            EXPECT_EQ(read.expected, System(read.section, read.key));
-            EXPECT_EQ(read.expected, reread.GetString(read.section, read.key, kMissing));
+            EXPECT_EQ(read.value, System(read.section, read.key));
+            EXPECT_EQ(read.value, reread.GetString(read.section, read.key, kMissing));
         }
-        EXPECT_EQ(-20, static_cast<int>(GetPrivateProfileIntW(L"Window", L"Left", 0, m_path.c_str())));
-        EXPECT_EQ(0x7FFFFFFF, static_cast<int>(GetPrivateProfileIntW(L"Window", L"Top", 0, m_path.c_str())));
+        EXPECT_EQ(-20,
+                  static_cast<int>(GetPrivateProfileIntW(L"Window", L"Left", 0, m_path.c_str())));
+        EXPECT_EQ(0x7FFFFFFF,
+                  static_cast<int>(GetPrivateProfileIntW(L"Window", L"Top", 0, m_path.c_str())));
         EXPECT_EQ(1u, GetPrivateProfileIntW(L"New", L"flag", 0, m_path.c_str()));
         EXPECT_EQ(SystemNames(nullptr), reread.GetSections());
         EXPECT_EQ(SystemNames(L"Window"), reread.GetKeys(L"Window"));

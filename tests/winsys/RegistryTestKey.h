@@ -4,13 +4,12 @@
 // whatever the tests did. Each test also gets a subkey of its own, removed after the test.
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
 #include <vector>
 
 #include <windows.h>
 
-#include "Logging.h"
+#include "TestingUtility.h"
 
 namespace RegistryTest {
 
@@ -28,12 +27,12 @@ protected:
     // The test's own key, relative to HKEY_CURRENT_USER; created empty.
     const std::wstring& Path() const { return m_path; }
     // What the library logged since the test began.
-    std::vector<std::wstring> Logged() const { return m_log->GetTexts(); }
-    void ClearLog() { m_log->Clear(); }
+    std::vector<std::wstring> Logged() const { return m_log.GetTexts(); }
+    void ClearLog() { m_log.Clear(); }
 
 private:
     std::wstring m_path;
-    std::shared_ptr<KelSDK::Common::Logging::MemorySink> m_log;
+    TestingUtility m_log;
 };
 
 } // namespace RegistryTest

@@ -29,7 +29,7 @@ bool KeyExists(const std::wstring& path, HKEY root, REGSAM view) {
     return true;
 }
 
-Fixture::Fixture() : m_log(std::make_shared<KelSDK::Common::Logging::MemorySink>()) {
+Fixture::Fixture() {
     const ::testing::TestInfo* test = ::testing::UnitTest::GetInstance()->current_test_info();
     const std::string name = std::string(test->test_suite_name()) + "." + test->name();
     m_path = Root() + L"\\" + std::wstring(name.begin(), name.end());
@@ -38,11 +38,9 @@ Fixture::Fixture() : m_log(std::make_shared<KelSDK::Common::Logging::MemorySink>
     EXPECT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_CURRENT_USER, m_path.c_str(), 0, nullptr, 0,
                                              KEY_ALL_ACCESS, nullptr, &key, nullptr));
     RegCloseKey(key);
-    KelSDK::Common::Logging::GetLogger("lib.kelbase").AddSink(m_log);
 }
 
 Fixture::~Fixture() {
-    KelSDK::Common::Logging::GetLogger("lib.kelbase").RemoveSink(m_log);
     RegDeleteTreeW(HKEY_CURRENT_USER, m_path.c_str());
 }
 

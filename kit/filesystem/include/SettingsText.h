@@ -2,7 +2,7 @@
 /// @file
 /// The text layer of settings files ("name=value" lines under "[section]" headers): the
 /// encodings their bytes come in, and how one line reads. MString::LOAD_INI_STRING and the
-/// base library's MIniFile both read settings through it, so they agree on every file.
+/// base library's MIniFile both read settings through it.
 #include <cstddef>
 #include <string>
 
@@ -62,8 +62,9 @@ struct KELFS_API SettingsLine {
 };
 
 /// The value of `key` in `section` of the decoded text; false when the key is missing. Names
-/// match without regard to case after dropping their blanks; the first section of a name
-/// counts, and in it the first entry of the key, as the system's profile functions find them.
+/// match without regard to case after dropping their blanks, and the first entry of the key
+/// counts. Unlike the system's profile functions (and MIniFile), a section whose name appears
+/// again goes on there, as MString::LOAD_INI_STRING has always read such files.
 KELFS_API bool FindSettingsValue(const std::wstring& text, const wchar_t* section,
                                  const wchar_t* key, std::wstring& value);
 

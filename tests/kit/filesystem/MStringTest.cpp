@@ -77,3 +77,12 @@ TEST_F(MStringIniTest, ByteOrderMarks) {
     WriteRaw(L"empty.ini", "");
     EXPECT_EQ(L"<missing>", Load(L"empty.ini", L"S", L"Key"));
 }
+
+TEST_F(MStringIniTest, Utf8WithoutSignatureAndKeysBeforeTheFirstHeader) {
+    // Valid UTF-8 with characters beyond ASCII is UTF-8, not text in the code page.
+    WriteRaw(L"nosig.ini", "top=first\r\n[S]\rKey=Gr\xC3\xBC\xC3\x9F"
+                           "e\n");
+    EXPECT_EQ(L"Gr\u00fc\u00dfe", Load(L"nosig.ini", L"s", L"key")); // a lone "\r" ends a line
+    EXPECT_EQ(L"first", Load(L"nosig.ini", L"", L"top"));
+    EXPECT_EQ(L"<missing>", Load(L"nosig.ini", L"S", L"top"));
+}

@@ -66,3 +66,43 @@ TEST(Utf8Conversion, DecodingReplacesEachMaximalSubpart) {
     const unsigned char odd[] = {'A', 0, 'B'};
     EXPECT_EQ(L"A\xFFFD", StdBase::ConvertUtf16LeToUnicode(odd, sizeof odd));
 }
+
+TEST(Utf8Conversion, ValidityMatchesTheDecoder) {
+    const struct {
+        const char* name;
+        std::string bytes;
+        bool valid;
+    } cases[] = {{"empty", "", true},
+                 {"ASCII", "plain", true},
+                 {"every length", "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", true},
+                 {"replacement character itself", "\xEF\xBF\xBD", true},
+                 {"surrogate", "\xED\xA0\x80", false},
+                 {"overlong", "\xC0\xAF", false},
+                 {"above U+10FFFF", "\xF4\x90\x80\x80", false},
+                 {"cut at the end", "a\xE2\x82", false},
+                 {"code page 1252", "caf\xE9", false}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(c.valid, StdBase::IsUtf8(c.bytes.data(), c.bytes.size())) << c.name;
+        const std::wstring decoded = StdBase::ConvertUtf8ToUnicode(c.bytes.data(), c.bytes.size());
+        // Valid exactly when decoding loses nothing.
+        EXPECT_EQ(c.valid, StdBase::ConvertUnicodeToUtf8(decoded) == c.bytes) << c.name;
+    }
+}
+
+TEST(Utf16Conversion, EncodesPairsAndRoundTrips) {
+    const std::wstring text = L"A\u00e9\u20ac\U0001F600";
+    const std::string bytes = StdBase::ConvertUnicodeToUtf16Le(text);
+    EXPECT_EQ(std::string("A\0\xE9\0\xAC\x20\x3D\xD8\x00\xDE", 10), bytes);
+    EXPECT_EQ(text, StdBase::ConvertUtf16LeToUnicode(
+                        reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size()));
+}
+
+TEST(CaseCompare, OrdersAsWcsicmp) {
+    EXPECT_EQ(0, StdBase::CompareNoCase(L"Section", L"sECTION"));
+    EXPECT_LT(StdBase::CompareNoCase(L"abc", L"ABD"), 0);
+    EXPECT_GT(StdBase::CompareNoCase(L"b", L"A"), 0);
+    EXPECT_LT(StdBase::CompareNoCase(L"ab", L"ABC"), 0); // a prefix sorts first
+    EXPECT_GT(StdBase::CompareNoCase(L"_", L"A"), 0);    // '_' after 'a', as lowered letters
+    EXPECT_EQ(0, StdBase::CompareNoCase(std::wstring(L"a\0b", 3), std::wstring(L"A\0B", 3)));
+    EXPECT_NE(0, StdBase::CompareNoCase(std::wstring(L"a\0b", 3), std::wstring(L"a\0c", 3)));
+}
