@@ -102,7 +102,7 @@ TEST(CaseCompare, OrdersAsWcsicmp) {
     EXPECT_LT(StdBase::CompareNoCase(L"abc", L"ABD"), 0);
     EXPECT_GT(StdBase::CompareNoCase(L"b", L"A"), 0);
     EXPECT_LT(StdBase::CompareNoCase(L"ab", L"ABC"), 0); // a prefix sorts first
-    EXPECT_GT(StdBase::CompareNoCase(L"_", L"A"), 0);    // '_' after 'a', as lowered letters
+    EXPECT_LT(StdBase::CompareNoCase(L"_", L"A"), 0);    // '_' (5F) before the lowered 'a' (61)
     EXPECT_EQ(0, StdBase::CompareNoCase(std::wstring(L"a\0b", 3), std::wstring(L"A\0B", 3)));
     EXPECT_NE(0, StdBase::CompareNoCase(std::wstring(L"a\0b", 3), std::wstring(L"a\0c", 3)));
 }
