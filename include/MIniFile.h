@@ -24,7 +24,7 @@
 ///   the first line of a key; lines without '=' are no keys;
 /// - the value is the text after the first '=' without the blanks around it, ';' included;
 ///   GetString removes one pair of matching quotes (" or ') around it;
-/// - lines end at "\r\n", "\n" or "\r"; the last one may lack its line end.
+/// - lines end at CR LF, LF or a lone CR; the last one may lack its line end.
 ///
 /// Decisions where the system's functions do something less useful:
 /// - lines whose first character is ';' are comments: never keys, never listed;

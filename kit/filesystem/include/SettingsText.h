@@ -34,7 +34,7 @@ KELFS_API std::string EncodeSettingsText(const std::wstring& text, SettingsEncod
 /// which the system's profile functions skip as well.
 KELFS_API bool IsSettingsBlank(wchar_t c);
 
-/// The end of the line that starts at `begin` of `text`: where its "\r\n", "\n" or "\r" (or
+/// The end of the line that starts at `begin` of `text`: where its CR LF, LF or lone CR (or
 /// the text) ends it, as the system's profile functions split lines. `next` receives the
 /// start of the following line.
 KELFS_API std::size_t FindSettingsLineEnd(const std::wstring& text, std::size_t begin,
