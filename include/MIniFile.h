@@ -96,8 +96,8 @@ public:
                            const std::wstring& defaultValue = std::wstring()) const;
     /// The value read as GetPrivateProfileIntW reads it: blanks, a sign, then decimal digits,
     /// or after "0x", "0o" or "0b" hexadecimal, octal or binary ones, up to the first other
-    /// character, kept to 32 bits as the system does. `defaultValue` when the key is missing or its value starts with no digit
-    /// (where the system would give 0).
+    /// character, kept to 32 bits as the system does. `defaultValue` when the key is missing
+    /// or its value starts with no digit (where the system would give 0).
     int GetInt(const std::wstring& section, const std::wstring& key, int defaultValue) const;
     /// The value as a decimal number with '.' in any locale ("1.5", "-2e3", "inf");
     /// `defaultValue` when the key is missing or the value (without blanks) is not wholly one.
