@@ -43,6 +43,11 @@ const wchar_t* const* KelBaseGetFamilies() {
         L"version information: MVersionInfo of files, MVersionInfoDLL of loaded modules (fixed "
         L"information, translations, string tables of every language)",
         L"type names: MTypeInfo readable run-time type names, alike on every build",
+        L"services: CNTServiceMgr install, configure, start, stop, query and removal through the "
+        L"service control manager; CServiceStatus status reports of a service process",
+        L"COM registration: CComRegistrar in-process servers (class id, ProgIDs, threading "
+        L"model) per user or machine, removed exactly as written",
+        L"help: CHtmlHelpWrapper the HTML help control, loaded on first use",
         nullptr,
     };
     return families;

@@ -53,4 +53,7 @@
 #include "MSystemNames.h"
 #include "MVersionInfo.h"
 #include "MTypeInfo.h"
+#include "CNTServiceMgr.h"
+#include "CServiceStatus.h"
 #include "Clipboard.h"
+#include "CComRegistrar.h"

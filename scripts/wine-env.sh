@@ -8,9 +8,11 @@ kel_wine_start() {
     mkdir -p "$WINEPREFIX"
     wineserver -p </dev/null >"$dir/wineserver.log" 2>&1
     [ -f "$WINEPREFIX/system.reg" ] || echo "Creating the Wine prefix $WINEPREFIX"
-    # Also on an existing prefix: this starts Wine's service processes here, with their output
-    # in a file, instead of inside the first test.
-    wineboot -i </dev/null >"$dir/wineboot.log" 2>&1
+    # Also on an existing prefix: the first program of a new wineserver has Wine start the
+    # prefix (its service processes among them) here, with their output in a file, instead of
+    # inside the first test. Not `wineboot -i`: that runs beside the start-up it triggers and
+    # leaves two service control managers, each with services the other does not know.
+    wine cmd /c exit </dev/null >"$dir/wineboot.log" 2>&1
 }
 
 # Stops only the wineserver of this prefix.

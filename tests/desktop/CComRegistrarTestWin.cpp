@@ -1,0 +1,286 @@
+// CComRegistrar against the system's COM: a small in-process server of the tests
+// (kel_test_com_server.dll) registered under a class id and ProgID new to each run, created
+// through the registration and gone with it.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "CComRegistrar.h"
+#include "KeltoolProcess.h"
+#include "Logging.h"
+
+namespace {
+
+const std::wstring kClasses = L"Software\\Classes\\";
+
+bool KeyExists(HKEY root, const std::wstring& path) {
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(root, (kClasses + path).c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
+        return false;
+    RegCloseKey(key);
+    return true;
+}
+
+// A string value below the classes key; "<missing>" when it cannot be read.
+std::wstring Value(HKEY root, const std::wstring& path, const wchar_t* name = nullptr) {
+    wchar_t data[MAX_PATH] = {};
+    DWORD size = sizeof data;
+    if (RegGetValueW(root, (kClasses + path).c_str(), name, RRF_RT_REG_SZ, nullptr, data, &size))
+        return L"<missing>";
+    return data;
+}
+
+std::wstring GuidText(const GUID& guid) {
+    wchar_t text[40];
+    StringFromGUID2(guid, text, 40);
+    return text;
+}
+
+class ComRegistrarTest : public ::testing::Test {
+protected:
+    ComRegistrarTest() {
+        CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+        CoCreateGuid(&m_clsid);
+        m_server.clsid = GuidText(m_clsid).c_str();
+        m_progId = L"KelTest.Server" + std::to_wstring(GetCurrentProcessId()) +
+                   std::to_wstring(GetTickCount() % 100000);
+        m_server.progId = (m_progId + L".1").c_str();
+        m_server.dll = (TestBinaryFolder() / L"kel_test_com_server.dll").wstring().c_str();
+        m_server.description = L"Kel test server";
+        KelSDK::Common::Logging::GetLogger("lib.kelbase").AddSink(m_log);
+    }
+    ~ComRegistrarTest() override {
+        KelSDK::Common::Logging::GetLogger("lib.kelbase").RemoveSink(m_log);
+        for (HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE})
+            for (const std::wstring& key : {L"CLSID\\" + ClassId(), m_progId + L".1", m_progId})
+                RegDeleteTreeW(root, (kClasses + key).c_str());
+        CoUninitialize();
+    }
+
+    std::wstring ClassId() const { return m_server.clsid.GetString(); }
+    // Whether anything of the registration is left below `root`.
+    void ExpectNothingLeft(HKEY root) {
+        for (const std::wstring& key : {L"CLSID\\" + ClassId(), m_progId + L".1", m_progId}) {
+            SCOPED_TRACE(key);
+            EXPECT_FALSE(KeyExists(root, key));
+        }
+    }
+
+    CLSID m_clsid = {};
+    std::wstring m_progId; // the version-independent ProgID
+    CComRegistrar::Server m_server;
+    std::shared_ptr<KelSDK::Common::Logging::MemorySink> m_log =
+        std::make_shared<KelSDK::Common::Logging::MemorySink>();
+};
+
+TEST_F(ComRegistrarTest, WritesTheClassKeysForUserAndMachine) {
+    for (CComRegistrar::Scope scope : {CComRegistrar::scopeUser, CComRegistrar::scopeMachine}) {
+        SCOPED_TRACE(scope);
+        const HKEY root =
+            scope == CComRegistrar::scopeUser ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
+        const HKEY other = root == HKEY_CURRENT_USER ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
+        m_server.threading = scope == CComRegistrar::scopeUser ? CComRegistrar::threadingBoth
+                                                               : CComRegistrar::threadingApartment;
+        CComRegistrar registrar(scope);
+        ASSERT_EQ(1, registrar.Register(m_server)) << registrar.GetLastError();
+        const std::wstring clsidKey = L"CLSID\\" + ClassId();
+        EXPECT_EQ(L"Kel test server", Value(root, clsidKey));
+        EXPECT_EQ(std::wstring(m_server.dll.GetString()),
+                  Value(root, clsidKey + L"\\InprocServer32"));
+        EXPECT_EQ(scope == CComRegistrar::scopeUser ? L"Both" : L"Apartment",
+                  Value(root, clsidKey + L"\\InprocServer32", L"ThreadingModel"));
+        EXPECT_EQ(m_progId + L".1", Value(root, clsidKey + L"\\ProgID"));
+        EXPECT_EQ(m_progId, Value(root, clsidKey + L"\\VersionIndependentProgID"));
+        EXPECT_EQ(ClassId(), Value(root, m_progId + L".1\\CLSID"));
+        EXPECT_EQ(ClassId(), Value(root, m_progId + L"\\CLSID"));
+        EXPECT_EQ(m_progId + L".1", Value(root, m_progId + L"\\CurVer"));
+        EXPECT_FALSE(KeyExists(other, clsidKey));
+
+        ASSERT_EQ(1, registrar.Unregister(m_server)) << registrar.GetLastError();
+        ExpectNothingLeft(root);
+        // Unregistering again finds nothing to do.
+        EXPECT_EQ(1, registrar.Unregister(m_server));
+    }
+}
+
+// Windows reads per-user classes through HKEY_CLASSES_ROOT before the machine's; Wine (8.0)
+// reads only the machine's. Per user the server is created where the system reads per-user
+// classes, and always per machine, which shows the same path through the system's COM.
+TEST_F(ComRegistrarTest, ServerIsCreatedFromClassIdAndProgIdUntilUnregistered) {
+    for (CComRegistrar::Scope scope : {CComRegistrar::scopeUser, CComRegistrar::scopeMachine}) {
+        SCOPED_TRACE(scope);
+        CComRegistrar registrar(scope);
+        ASSERT_EQ(1, registrar.Register(m_server)) << registrar.GetLastError();
+        HKEY seen = nullptr;
+        if (RegOpenKeyExW(HKEY_CLASSES_ROOT, (L"CLSID\\" + ClassId()).c_str(), 0, KEY_READ,
+                          &seen) != ERROR_SUCCESS) {
+            EXPECT_EQ(CComRegistrar::scopeUser, scope) << "the machine's classes are read";
+            std::printf("Per-user classes are not read through HKEY_CLASSES_ROOT here: the "
+                        "server is created from its registration per machine only.\n");
+            EXPECT_EQ(1, registrar.Unregister(m_server));
+            continue;
+        }
+        RegCloseKey(seen);
+
+        IPersist* object = nullptr;
+        ASSERT_EQ(S_OK, CoCreateInstance(m_clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IPersist,
+                                         reinterpret_cast<void**>(&object)));
+        CLSID served = {};
+        EXPECT_EQ(S_OK, object->GetClassID(&served));
+        EXPECT_EQ(ClassId(), GuidText(served));
+        object->Release();
+
+        for (const std::wstring& progId : {m_progId + L".1", m_progId}) {
+            SCOPED_TRACE(progId);
+            CLSID found = {};
+            ASSERT_EQ(S_OK, CLSIDFromProgID(progId.c_str(), &found));
+            EXPECT_EQ(ClassId(), GuidText(found));
+            IUnknown* created = nullptr;
+            EXPECT_EQ(S_OK, CoCreateInstance(found, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
+                                             reinterpret_cast<void**>(&created)));
+            if (created)
+                created->Release();
+        }
+
+        ASSERT_EQ(1, registrar.Unregister(m_server)) << registrar.GetLastError();
+        IUnknown* created = nullptr;
+        EXPECT_EQ(REGDB_E_CLASSNOTREG,
+                  CoCreateInstance(m_clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
+                                   reinterpret_cast<void**>(&created)));
+        CLSID found = {};
+        EXPECT_EQ(CO_E_CLASSSTRING, CLSIDFromProgID((m_progId + L".1").c_str(), &found));
+        ExpectNothingLeft(scope == CComRegistrar::scopeUser ? HKEY_CURRENT_USER
+                                                            : HKEY_LOCAL_MACHINE);
+    }
+}
+
+TEST_F(ComRegistrarTest, UnregisterLeavesWhatOthersWrote) {
+    CComRegistrar registrar;
+    ASSERT_EQ(1, registrar.Register(m_server));
+    const std::wstring clsidKey = kClasses + L"CLSID\\" + ClassId();
+    HKEY key = nullptr;
+    // Another tool adds a subkey to the class and a value to the ProgID ...
+    ASSERT_EQ(ERROR_SUCCESS,
+              RegCreateKeyExW(HKEY_CURRENT_USER, (clsidKey + L"\\Implemented Categories").c_str(),
+                              0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr));
+    RegCloseKey(key);
+    ASSERT_EQ(ERROR_SUCCESS, RegSetKeyValueW(HKEY_CURRENT_USER, (kClasses + m_progId).c_str(),
+                                             L"Extra", REG_SZ, L"x", 4));
+    // ... and another server takes over the version-specific ProgID.
+    ASSERT_EQ(ERROR_SUCCESS,
+              RegSetKeyValueW(HKEY_CURRENT_USER, (kClasses + m_progId + L".1\\CLSID").c_str(),
+                              nullptr, REG_SZ, L"{00000000-0000-0000-0000-000000000001}", 78));
+
+    ASSERT_EQ(1, registrar.Unregister(m_server)) << registrar.GetLastError();
+    EXPECT_TRUE(KeyExists(HKEY_CURRENT_USER, L"CLSID\\" + ClassId() + L"\\Implemented Categories"));
+    EXPECT_FALSE(KeyExists(HKEY_CURRENT_USER, L"CLSID\\" + ClassId() + L"\\InprocServer32"));
+    EXPECT_EQ(L"<missing>", Value(HKEY_CURRENT_USER, L"CLSID\\" + ClassId()));
+    EXPECT_EQ(L"x", Value(HKEY_CURRENT_USER, m_progId, L"Extra"));
+    EXPECT_FALSE(KeyExists(HKEY_CURRENT_USER, m_progId + L"\\CLSID"));
+    EXPECT_FALSE(KeyExists(HKEY_CURRENT_USER, m_progId + L"\\CurVer"));
+    EXPECT_EQ(L"{00000000-0000-0000-0000-000000000001}",
+              Value(HKEY_CURRENT_USER, m_progId + L".1\\CLSID"));
+    // The ProgID belongs to the other server now: its description stays with it.
+    EXPECT_EQ(L"Kel test server", Value(HKEY_CURRENT_USER, m_progId + L".1"));
+}
+
+TEST_F(ComRegistrarTest, MalformedNamesAndMissingServersWriteNothing) {
+    CComRegistrar registrar;
+    const CComRegistrar::Server good = m_server;
+    struct Case {
+        const wchar_t* clsid;
+        const wchar_t* progId;
+    } const cases[] = {
+        {L"00000000-0000-0000-0000-000000000001", L"Kel.Test.1"},
+        {L"{00000000-0000-0000-0000-00000000000G}", L"Kel.Test.1"},
+        {L"{00000000-0000-0000-0000-0000000000011}", L"Kel.Test.1"},
+        {L"{00000000-0000-0000-0000-000000000001}", L"1Kel.Test"},
+        {L"{00000000-0000-0000-0000-000000000001}", L"Kel Test"},
+        {L"{00000000-0000-0000-0000-000000000001}", L""},
+        {L"{00000000-0000-0000-0000-000000000001}", L"Kel.ThisProgIdIsLongerThanThirtyNineChars"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.clsid);
+        SCOPED_TRACE(c.progId);
+        CComRegistrar::Server server = good;
+        server.clsid = c.clsid;
+        server.progId = c.progId;
+        EXPECT_EQ(0, registrar.Register(server));
+        EXPECT_EQ(DWORD(ERROR_INVALID_PARAMETER), registrar.GetLastError());
+        EXPECT_EQ(0, registrar.Unregister(server));
+        EXPECT_EQ(DWORD(ERROR_INVALID_PARAMETER), registrar.GetLastError());
+    }
+
+    m_log->Clear();
+    CComRegistrar::Server missing = good;
+    missing.dll = (TestBinaryFolder() / L"no_such_server.dll").wstring().c_str();
+    EXPECT_EQ(0, registrar.Register(missing));
+    EXPECT_EQ(DWORD(ERROR_FILE_NOT_FOUND), registrar.GetLastError());
+    const std::vector<std::wstring> logged = m_log->GetTexts();
+    ASSERT_EQ(1u, logged.size());
+    EXPECT_EQ(L"In CComRegistrar::Register() : no server \"" +
+                  std::wstring(missing.dll.GetString()) + L"\" (error code 2)",
+              logged[0]);
+    ExpectNothingLeft(HKEY_CURRENT_USER);
+}
+
+TEST_F(ComRegistrarTest, KeltoolRegistersAndUnregisters) {
+    const std::filesystem::path scratch =
+        std::filesystem::temp_directory_path() / L"kel_com_keltool_test";
+    std::filesystem::create_directories(scratch);
+    const std::wstring dll = m_server.dll.GetString();
+    const std::wstring progId = m_progId + L".1";
+
+    // Per user: the keys; per machine (read by every system's COM): the server created.
+    KeltoolResult result =
+        RunKeltool({L"com", L"--threading=free", L"register", dll, ClassId(), progId}, scratch);
+    ASSERT_EQ(0u, result.exitCode) << result.err;
+    EXPECT_EQ(L"Free", Value(HKEY_CURRENT_USER, L"CLSID\\" + ClassId() + L"\\InprocServer32",
+                             L"ThreadingModel"));
+    EXPECT_EQ(ClassId(), Value(HKEY_CURRENT_USER, progId + L"\\CLSID"));
+    result = RunKeltool({L"com", L"unregister", dll, ClassId(), progId}, scratch);
+    EXPECT_EQ(0u, result.exitCode) << result.err;
+    ExpectNothingLeft(HKEY_CURRENT_USER);
+
+    result = RunKeltool({L"com", L"--machine", L"register", dll, ClassId(), progId}, scratch);
+    ASSERT_EQ(0u, result.exitCode) << result.err;
+    CLSID found = {};
+    ASSERT_EQ(S_OK, CLSIDFromProgID(progId.c_str(), &found));
+    EXPECT_EQ(ClassId(), GuidText(found));
+    IUnknown* created = nullptr;
+    EXPECT_EQ(S_OK, CoCreateInstance(found, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
+                                     reinterpret_cast<void**>(&created)));
+    if (created)
+        created->Release();
+    result = RunKeltool({L"com", L"--machine", L"unregister", dll, ClassId(), progId}, scratch);
+    EXPECT_EQ(0u, result.exitCode) << result.err;
+    ExpectNothingLeft(HKEY_LOCAL_MACHINE);
+
+    result = RunKeltool({L"com", L"register", dll, L"not-a-class-id", progId}, scratch);
+    EXPECT_EQ(2u, result.exitCode);
+    result = RunKeltool({L"com", L"register", (scratch / L"none.dll").wstring(), ClassId(), progId},
+                        scratch);
+    EXPECT_EQ(1u, result.exitCode);
+    EXPECT_NE(std::string::npos, result.err.find("(error code 2)")) << result.err;
+    ExpectNothingLeft(HKEY_CURRENT_USER);
+    std::error_code ignored;
+    std::filesystem::remove_all(scratch, ignored);
+}
+
+TEST(CComRegistrar, VersionIndependentProgIdDropsOnlyANumericLastPart) {
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
+        {L"Kel.Server.1", L"Kel.Server"}, {L"Kel.Server.12", L"Kel.Server"},
+        {L"Kel.Server", L"Kel.Server"},   {L"Kel.Server.1a", L"Kel.Server.1a"},
+        {L"Kel.Server.", L"Kel.Server."}, {L"Kel", L"Kel"},
+    };
+    for (const auto& c : cases)
+        EXPECT_STREQ(c.second, CComRegistrar::VersionIndependentProgId(c.first).GetString())
+            << c.first;
+}
+
+} // namespace
