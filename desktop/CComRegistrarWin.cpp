@@ -120,23 +120,31 @@ int CComRegistrar::Failed(const wchar_t* op, const std::wstring& text, DWORD cod
     return 0;
 }
 
-int CComRegistrar::Register(const Server& server) {
+int CComRegistrar::Prepare(const wchar_t* op, const Server& server, std::wstring& dll) {
     if (!IsClassId(server.clsid) || !IsProgId(server.progId))
-        return Failed(L"Register",
+        return Failed(op,
                       L"not a class id and ProgID: " + Quoted(server.clsid) + L", " +
                           Quoted(server.progId),
                       ERROR_INVALID_PARAMETER);
     wchar_t full[MAX_PATH];
     const DWORD length = GetFullPathNameW(server.dll, MAX_PATH, full, nullptr);
     if (!length || length >= MAX_PATH)
-        return Failed(L"Register", L"cannot name the server " + Quoted(server.dll),
+        return Failed(op, L"cannot name the server " + Quoted(server.dll),
                       length ? ERROR_FILENAME_EXCED_RANGE : ::GetLastError());
-    const DWORD attributes = GetFileAttributesW(full);
+    dll = full;
+    return 1;
+}
+
+int CComRegistrar::Register(const Server& server) {
+    std::wstring dll;
+    if (!Prepare(L"Register", server, dll))
+        return 0;
+    const DWORD attributes = GetFileAttributesW(dll.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY))
-        return Failed(L"Register", L"no server " + Quoted(full), ERROR_FILE_NOT_FOUND);
+        return Failed(L"Register", L"no server " + Quoted(dll.c_str()), ERROR_FILE_NOT_FOUND);
 
     const HKEY root = Root(m_scope);
-    const std::vector<Entry> entries = Entries(server, full);
+    const std::vector<Entry> entries = Entries(server, dll);
     for (const Entry& entry : entries) {
         MRegKey key((kClasses + entry.key).c_str(), MRegKey(root, 0));
         for (const auto& value : entry.values)
@@ -151,16 +159,10 @@ int CComRegistrar::Register(const Server& server) {
 }
 
 int CComRegistrar::Unregister(const Server& server) {
-    if (!IsClassId(server.clsid) || !IsProgId(server.progId))
-        return Failed(L"Unregister",
-                      L"not a class id and ProgID: " + Quoted(server.clsid) + L", " +
-                          Quoted(server.progId),
-                      ERROR_INVALID_PARAMETER);
-    // The DLL path only decides whether InprocServer32 is ours, so it is compared as
-    // Register wrote it.
-    wchar_t full[MAX_PATH];
-    const DWORD length = GetFullPathNameW(server.dll, MAX_PATH, full, nullptr);
-    const std::wstring dll = length && length < MAX_PATH ? full : server.dll.GetString();
+    // The DLL need not be there any more: its path only tells whether InprocServer32 is ours.
+    std::wstring dll;
+    if (!Prepare(L"Unregister", server, dll))
+        return 0;
     if (const LONG status = RemoveEntries(Root(m_scope), Entries(server, dll)))
         return Failed(L"Unregister", L"cannot remove the class " + Quoted(server.clsid),
                       static_cast<DWORD>(status));

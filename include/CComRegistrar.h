@@ -82,6 +82,8 @@ public:
 private:
     // Keeps `code` (1 for 0), logs "<text> (error code N)" and returns 0.
     int Failed(const wchar_t* op, const std::wstring& text, DWORD code);
+    // Checks the class id and ProgID and makes the DLL's path absolute; 0 (logged) when not.
+    int Prepare(const wchar_t* op, const Server& server, std::wstring& dll);
 
     Scope m_scope;
     DWORD m_lastError = 0;

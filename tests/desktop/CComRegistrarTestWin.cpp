@@ -71,6 +71,18 @@ protected:
         }
     }
 
+    // `clsid` is this run's class, and the server creates its object.
+    void ExpectCreated(REFCLSID clsid) {
+        EXPECT_EQ(ClassId(), GuidText(clsid));
+        IPersist* object = nullptr;
+        ASSERT_EQ(S_OK, CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IPersist,
+                                         reinterpret_cast<void**>(&object)));
+        CLSID served = {};
+        EXPECT_EQ(S_OK, object->GetClassID(&served));
+        EXPECT_EQ(ClassId(), GuidText(served));
+        object->Release();
+    }
+
     CLSID m_clsid = {};
     std::wstring m_progId; // the version-independent ProgID
     CComRegistrar::Server m_server;
@@ -127,24 +139,12 @@ TEST_F(ComRegistrarTest, ServerIsCreatedFromClassIdAndProgIdUntilUnregistered) {
         }
         RegCloseKey(seen);
 
-        IPersist* object = nullptr;
-        ASSERT_EQ(S_OK, CoCreateInstance(m_clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IPersist,
-                                         reinterpret_cast<void**>(&object)));
-        CLSID served = {};
-        EXPECT_EQ(S_OK, object->GetClassID(&served));
-        EXPECT_EQ(ClassId(), GuidText(served));
-        object->Release();
-
+        ExpectCreated(m_clsid);
         for (const std::wstring& progId : {m_progId + L".1", m_progId}) {
             SCOPED_TRACE(progId);
             CLSID found = {};
             ASSERT_EQ(S_OK, CLSIDFromProgID(progId.c_str(), &found));
-            EXPECT_EQ(ClassId(), GuidText(found));
-            IUnknown* created = nullptr;
-            EXPECT_EQ(S_OK, CoCreateInstance(found, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
-                                             reinterpret_cast<void**>(&created)));
-            if (created)
-                created->Release();
+            ExpectCreated(found);
         }
 
         ASSERT_EQ(1, registrar.Unregister(m_server)) << registrar.GetLastError();
@@ -251,12 +251,7 @@ TEST_F(ComRegistrarTest, KeltoolRegistersAndUnregisters) {
     ASSERT_EQ(0u, result.exitCode) << result.err;
     CLSID found = {};
     ASSERT_EQ(S_OK, CLSIDFromProgID(progId.c_str(), &found));
-    EXPECT_EQ(ClassId(), GuidText(found));
-    IUnknown* created = nullptr;
-    EXPECT_EQ(S_OK, CoCreateInstance(found, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
-                                     reinterpret_cast<void**>(&created)));
-    if (created)
-        created->Release();
+    ExpectCreated(found);
     result = RunKeltool({L"com", L"--machine", L"unregister", dll, ClassId(), progId}, scratch);
     EXPECT_EQ(0u, result.exitCode) << result.err;
     ExpectNothingLeft(HKEY_LOCAL_MACHINE);

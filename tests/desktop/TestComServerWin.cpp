@@ -9,18 +9,21 @@ namespace {
 
 LONG g_objects = 0;
 
-class Object : public IPersist {
+// IUnknown of an object with one interface, counted while it lives.
+template <class Interface> class Counted : public Interface {
 public:
-    explicit Object(REFCLSID clsid) : m_clsid(clsid) { InterlockedIncrement(&g_objects); }
-    virtual ~Object() { InterlockedDecrement(&g_objects); }
+    Counted(REFIID iid, REFCLSID clsid) : m_iid(iid), m_clsid(clsid) {
+        InterlockedIncrement(&g_objects);
+    }
+    virtual ~Counted() { InterlockedDecrement(&g_objects); }
 
     HRESULT __stdcall QueryInterface(REFIID iid, void** object) override {
         if (!object)
             return E_POINTER;
         *object = nullptr;
-        if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IPersist))
+        if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, m_iid))
             return E_NOINTERFACE;
-        *object = static_cast<IPersist*>(this);
+        *object = static_cast<Interface*>(this);
         AddRef();
         return S_OK;
     }
@@ -31,49 +34,42 @@ public:
             delete this;
         return left;
     }
+
+protected:
+    const IID m_iid;
+    const CLSID m_clsid;
+
+private:
+    LONG m_references = 1;
+};
+
+// Hands the new reference out as `iid`, then drops the creator's one.
+template <class Object> HRESULT HandOut(Object* created, REFIID iid, void** object) {
+    if (!created)
+        return E_OUTOFMEMORY;
+    const HRESULT result = created->QueryInterface(iid, object);
+    created->Release();
+    return result;
+}
+
+class Object : public Counted<IPersist> {
+public:
+    explicit Object(REFCLSID clsid) : Counted(IID_IPersist, clsid) {}
     HRESULT __stdcall GetClassID(CLSID* clsid) override {
         if (!clsid)
             return E_POINTER;
         *clsid = m_clsid;
         return S_OK;
     }
-
-private:
-    LONG m_references = 1;
-    CLSID m_clsid;
 };
 
-class Factory : public IClassFactory {
+class Factory : public Counted<IClassFactory> {
 public:
-    explicit Factory(REFCLSID clsid) : m_clsid(clsid) { InterlockedIncrement(&g_objects); }
-    virtual ~Factory() { InterlockedDecrement(&g_objects); }
-
-    HRESULT __stdcall QueryInterface(REFIID iid, void** object) override {
-        if (!object)
-            return E_POINTER;
-        *object = nullptr;
-        if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IClassFactory))
-            return E_NOINTERFACE;
-        *object = static_cast<IClassFactory*>(this);
-        AddRef();
-        return S_OK;
-    }
-    ULONG __stdcall AddRef() override { return InterlockedIncrement(&m_references); }
-    ULONG __stdcall Release() override {
-        const ULONG left = InterlockedDecrement(&m_references);
-        if (!left)
-            delete this;
-        return left;
-    }
+    explicit Factory(REFCLSID clsid) : Counted(IID_IClassFactory, clsid) {}
     HRESULT __stdcall CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
         if (outer)
             return CLASS_E_NOAGGREGATION;
-        Object* created = new (std::nothrow) Object(m_clsid);
-        if (!created)
-            return E_OUTOFMEMORY;
-        const HRESULT result = created->QueryInterface(iid, object);
-        created->Release();
-        return result;
+        return HandOut(new (std::nothrow) Object(m_clsid), iid, object);
     }
     HRESULT __stdcall LockServer(BOOL lock) override {
         if (lock)
@@ -82,21 +78,12 @@ public:
             InterlockedDecrement(&g_objects);
         return S_OK;
     }
-
-private:
-    LONG m_references = 1;
-    CLSID m_clsid;
 };
 
 } // namespace
 
 extern "C" HRESULT __stdcall DllGetClassObject(REFCLSID clsid, REFIID iid, void** object) {
-    Factory* factory = new (std::nothrow) Factory(clsid);
-    if (!factory)
-        return E_OUTOFMEMORY;
-    const HRESULT result = factory->QueryInterface(iid, object);
-    factory->Release();
-    return result;
+    return HandOut(new (std::nothrow) Factory(clsid), iid, object);
 }
 
 extern "C" HRESULT __stdcall DllCanUnloadNow() {
