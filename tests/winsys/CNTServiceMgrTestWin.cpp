@@ -186,13 +186,16 @@ TEST_F(ServiceTest, KeltoolInstallsStartsQueriesStopsAndRemoves) {
         return RunKeltool(arguments, scratch);
     };
 
-    KeltoolResult result = keltool({L"install", L"--display=Kel tool service " + m_name,
-                                    L"--description=From keltool", m_name, program});
+    KeltoolResult result =
+        keltool({L"install", L"--display=Kel tool service " + m_name, L"--description=From keltool",
+                 m_name, program, L"plain", L"two words"});
     ASSERT_EQ(0u, result.exitCode) << result.err;
     CNTServiceMgr::Config config;
     ASSERT_EQ(1, m_service.QueryConfig(config));
-    EXPECT_NE(std::wstring::npos, std::wstring(config.binaryPath).find(L"kel_test_service.exe"))
-        << config.binaryPath.GetString();
+    // Arguments with blanks are quoted.
+    const std::wstring quotedProgram =
+        program.find(L' ') == std::wstring::npos ? program : L"\"" + program + L"\"";
+    EXPECT_EQ(quotedProgram + L" plain \"two words\"", config.binaryPath.GetString());
     EXPECT_EQ(L"Kel tool service " + m_name, config.displayName.GetString());
     EXPECT_EQ(std::wstring(L"From keltool"), config.description.GetString());
     EXPECT_EQ(DWORD(CNTServiceMgr::startDemand), config.startType);
