@@ -29,7 +29,7 @@ int Com(const Arguments& arguments) {
                                           L"neutral, not " +
                                               model);
         } else
-            return UsageError(L"com", L"unknown option " + option + L" of com");
+            return UnknownOption(L"com", option);
     }
     const Arguments& words = parsed.operands;
     if (words.size() != 4 || (words[0] != L"register" && words[0] != L"unregister"))

@@ -64,7 +64,7 @@ int Install(CNTServiceMgr& service, const std::vector<std::wstring>& options,
                                               L"and system, not " +
                                                   name);
         } else
-            return UsageError(L"service", L"unknown option " + option + L" of service install");
+            return UnknownOption(L"service", option);
     }
     if (words.size() < 3)
         return UsageError(L"service", L"use service install NAME PROGRAM [ARGUMENT...]");
@@ -122,8 +122,7 @@ int Service(const Arguments& arguments) {
     if (verb == L"install")
         return Install(service, parsed.options, words);
     if (!parsed.options.empty())
-        return UsageError(L"service",
-                          L"unknown option " + parsed.options[0] + L" of service " + verb);
+        return UnknownOption(L"service", parsed.options[0]);
     const std::wstring name = L"the service \"" + words[1] + L"\"";
     if (verb == L"start") {
         std::vector<const wchar_t*> startArguments;
