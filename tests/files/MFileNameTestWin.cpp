@@ -90,7 +90,8 @@ TEST_F(MFileNameFiles, QueriesAndChangesFiles) {
     WriteRaw(L"five.bin", "12345");
     const MFileName file(Path(L"five.bin").c_str());
     EXPECT_EQ(file.FILE_SIZE(), 5);
-    EXPECT_TRUE(file.IS_WRITABLE() && file.IS_UPDATABLE());
+    EXPECT_TRUE(file.IS_WRITABLE());
+    EXPECT_TRUE(file.IS_UPDATABLE());
     ASSERT_TRUE(SetFileAttributesW(file.GET(), FILE_ATTRIBUTE_READONLY));
     EXPECT_FALSE(file.IS_WRITABLE());
     SetFileAttributesW(file.GET(), FILE_ATTRIBUTE_NORMAL);
@@ -98,11 +99,13 @@ TEST_F(MFileNameFiles, QueriesAndChangesFiles) {
     const HANDLE held =
         CreateFileW(file.GET(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(held, INVALID_HANDLE_VALUE);
-    EXPECT_TRUE(file.IS_WRITABLE() && !file.IS_UPDATABLE());
+    EXPECT_TRUE(file.IS_WRITABLE());
+    EXPECT_FALSE(file.IS_UPDATABLE());
     CloseHandle(held);
 
     const MFileName copy(Path(L"copy.bin").c_str());
-    EXPECT_TRUE(file.COPY_FILE(copy) && copy.FILE_SIZE() == 5);
+    EXPECT_TRUE(file.COPY_FILE(copy));
+    EXPECT_EQ(copy.FILE_SIZE(), 5);
     const MFileName missing(Path(L"missing.bin").c_str());
     EXPECT_FALSE(missing.COPY_FILE(copy));
     EXPECT_FALSE(missing.IS_UPDATABLE());
@@ -121,16 +124,21 @@ TEST_F(MFileNameFiles, QueriesAndChangesFiles) {
     WriteRaw(L"tree\\top.txt", "1");
     WriteRaw(L"tree\\a\\b\\deep.txt", "2");
     const MFileName top(Path(L"tree\\top.txt").c_str());
-    EXPECT_TRUE(top.REMOVE() && !top.REMOVE());
-    EXPECT_TRUE(MFileName(Path(L"tree").c_str(), true).REMOVE() && !Exists(Path(L"tree")));
+    EXPECT_TRUE(top.REMOVE());
+    EXPECT_FALSE(top.REMOVE());
+    EXPECT_TRUE(MFileName(Path(L"tree").c_str(), true).REMOVE());
+    EXPECT_FALSE(Exists(Path(L"tree")));
 
     WriteRaw(L"old.txt", "x");
     const MFileName old(Path(L"old.txt").c_str());
     const MFileName renamed(Path(L"new.txt").c_str());
     ASSERT_TRUE(old.RENAME_SHELL(renamed, false));
-    EXPECT_TRUE(!old.DOES_EXIST() && renamed.DOES_EXIST());
-    EXPECT_TRUE(renamed.REMOVE_SHELL(false) && !renamed.DOES_EXIST());
-    EXPECT_FALSE(MFileName().REMOVE_SHELL(false) || old.RENAME_SHELL(MFileName(), false));
+    EXPECT_FALSE(old.DOES_EXIST());
+    EXPECT_TRUE(renamed.DOES_EXIST());
+    EXPECT_TRUE(renamed.REMOVE_SHELL(false));
+    EXPECT_FALSE(renamed.DOES_EXIST());
+    EXPECT_FALSE(MFileName().REMOVE_SHELL(false));
+    EXPECT_FALSE(old.RENAME_SHELL(MFileName(), false));
 }
 
 TEST_F(MFileNameFiles, RemoveDoesNotFollowDirectoryLinks) {
@@ -166,7 +174,8 @@ TEST_F(MFileNameFiles, TemporaryAndSystemPaths) {
     const unsigned short afterFirst = first.SET_TEMP_NAME(folder, nullptr, nullptr, 0xFFFF);
     const unsigned short afterSecond = second.SET_TEMP_NAME(folder, nullptr, nullptr, 0xFFFF);
     EXPECT_STRNE(first.GET(), second.GET());
-    EXPECT_FALSE(first.DOES_EXIST() || second.DOES_EXIST());
+    EXPECT_FALSE(first.DOES_EXIST());
+    EXPECT_FALSE(second.DOES_EXIST());
     EXPECT_EQ(std::wstring(second.GET()), Path(L"~kel" + std::to_wstring(afterFirst) + L".tmp"));
 
     // A caller's start skips existing names and leaves the shared counter alone.

@@ -22,7 +22,8 @@ TEST(MFileUtilityTest, FixFileNameAndMakeSafeRepairDifferently) {
     for (const auto& [text, safe, fixed] : cases) {
         std::wstring name = text;
         const bool changed = MFileUtility::FixFileName(name);
-        EXPECT_TRUE(changed == (name != text) && name == fixed) << text;
+        EXPECT_EQ(changed, name != text) << text;
+        EXPECT_EQ(name, fixed) << text;
         if (!safe)
             continue;
         MFileName file((L"C:\\d\\" + name.assign(text) + L".t?x").c_str());

@@ -62,7 +62,8 @@ TEST_F(ProgressTest, LevelArithmetic) {
     MProgress::IncrementLast(5.0);
     MProgressManager::IncrementLast(5.0);
     EXPECT_EQ(inner.forwarded, (Percents{1, 6}));
-    EXPECT_TRUE(outer.forwarded.empty() && ended.forwarded.empty());
+    EXPECT_EQ(outer.forwarded, Percents{});
+    EXPECT_EQ(ended.forwarded, Percents{});
 
     // An increment forwards nothing at or below position 0 and rounds half up: 0.4 -> 0, 0.8 -> 1.
     EXPECT_EQ(Forwarded(&MProgress::Increment, 0, 100, {0.0, -5.0, 5.4, 0.4}), (Percents{0, 1}));

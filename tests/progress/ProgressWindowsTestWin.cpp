@@ -51,7 +51,8 @@ HWND RecordingWindow() {
 class WindowTest : public ProgressTest {
 protected:
     void SetUp() override {
-        ASSERT_TRUE(a && b);
+        ASSERT_NE(a, nullptr);
+        ASSERT_NE(b, nullptr);
         ProgressTest::SetUp();
         EstablishBeginText(a);
     }

@@ -22,7 +22,7 @@ Facts MakeFacts(DWORD major, DWORD minor, DWORD servicePack, bool server, DWORD 
     return facts;
 }
 
-// Every row of the product table: (major, minor, server, codes, name).
+// Rows of the product table, one or two a branch: (major, minor, server, codes, name).
 struct Row {
     DWORD major, minor;
     bool server;
@@ -31,59 +31,20 @@ struct Row {
 };
 const std::vector<Row> Rows = {
     {10, 0, false, {4, 27, 70, 72, 84}, L"Windows 10 Enterprise"},
-    {10, 0, false, {48, 49}, L"Windows 10 Pro"},
-    {10, 0, false, {98, 99, 100, 101}, L"Windows 10 Home"},
-    {10, 0, true, {7, 13, 36, 40, 79}, L"Windows Server 2016 Standard"},
-    {10, 0, true, {8, 12, 37, 39, 80}, L"Windows Server 2016 Datacenter"},
-    {10, 0, true, {9, 25, 63}, L"Windows Server 2016 Essentials"},
     {10, 0, true, {20, 21, 22, 23, 43, 44, 45, 46, 95, 96}, L"Windows Storage Server 2016"},
     {10, 0, true, {42}, L"Microsoft Hyper-V Server 2016"},
-    {10, 0, true, {77}, L"Windows Server 2016 MultiPoint Premium Server"},
-    {6, 3, false, {4, 27, 70, 72, 84}, L"Windows 8.1 Enterprise Edition"},
     {6, 3, false, {48, 49, 69, 103}, L"Windows 8.1 Professional Edition"},
-    {6, 3, false, {98, 99, 100, 101}, L"Windows 8.1"},
-    {6, 3, true, {7, 13, 36, 40, 79}, L"Windows Server 2012 R2 Standard Edition"},
-    {6, 3, true, {8, 12, 37, 39, 80}, L"Windows Server 2012 R2 Datacenter Edition"},
-    {6, 3, true, {9, 25, 63}, L"Windows Server 2012 R2 Essentials Edition"},
     {6, 3, true, {33}, L"Windows Server 2012 R2 Foundation Edition"},
-    {6, 2, false, {4, 27, 70, 72, 84}, L"Windows 8 Enterprise Edition"},
-    {6, 2, false, {48, 49, 69, 103}, L"Windows 8 Professional Edition"},
     {6, 2, false, {98, 99, 100, 101}, L"Windows 8"},
-    {6, 2, true, {7, 13, 36, 40, 79}, L"Windows Server 2012 Standard Edition"},
-    {6, 2, true, {8, 12, 37, 39, 80}, L"Windows Server 2012 Datacenter Edition"},
     {6, 2, true, {9, 25, 63}, L"Windows Server 2012 Essentials Edition"},
-    {6, 2, true, {33}, L"Windows Server 2012 Foundation Edition"},
-    {6, 1, false, {1, 28, 71}, L"Windows 7 Ultimate Edition"},
-    {6, 1, false, {2, 5, 67}, L"Windows 7 Home Basic Edition"},
-    {6, 1, false, {3, 26, 68}, L"Windows 7 Home Premium Edition"},
-    {6, 1, false, {4, 27, 70}, L"Windows 7 Enterprise Edition"},
     {6, 1, false, {6, 16, 48, 49, 69}, L"Windows 7 Professional Edition"},
-    {6, 1, true, {7, 13, 36, 40}, L"Windows Server 2008 R2 Standard Edition"},
-    {6, 1, true, {8, 12, 37, 39}, L"Windows Server 2008 R2 Datacenter Edition"},
     {6, 1, true, {10, 14, 38, 41}, L"Windows Server 2008 R2 Enterprise Edition"},
-    {6, 1, true, {15}, L"Windows Server 2008 R2 for Itanium-Based Systems"},
-    {6, 1, true, {17, 29}, L"Windows Web Server 2008 R2"},
-    {6, 1, true, {18}, L"Windows HPC Server 2008 R2"},
-    {6, 1, true, {33}, L"Windows Server 2008 R2 Foundation Edition"},
     {6, 0, false, {1, 28}, L"Windows Vista Ultimate Edition"},
-    {6, 0, false, {2, 5}, L"Windows Vista Home Basic Edition"},
-    {6, 0, false, {3, 26}, L"Windows Vista Home Premium Edition"},
-    {6, 0, false, {4, 27}, L"Windows Vista Enterprise Edition"},
-    {6, 0, false, {6, 16}, L"Windows Vista Business Edition"},
-    {6, 0, true, {7, 13, 36, 40}, L"Windows Server 2008 Standard Edition"},
-    {6, 0, true, {8, 12, 37, 39}, L"Windows Server 2008 Datacenter Edition"},
     {6, 0, true, {9, 24, 25}, L"Windows Small Business Server 2008"},
-    {6, 0, true, {10, 14, 38, 41}, L"Windows Server 2008 Enterprise Edition"},
-    {6, 0, true, {15}, L"Windows Server 2008 for Itanium-Based Systems"},
-    {6, 0, true, {17, 29}, L"Windows Web Server 2008"},
-    {6, 0, true, {18}, L"Windows HPC Server 2008"},
-    {6, 0, true, {19}, L"Windows Home Server"},
-    {6, 0, true, {20, 21, 22, 23}, L"Windows Storage Server 2008"},
     {6, 0, true, {30, 31, 32}, L"Windows Essential Business Server 2008"},
-    {6, 0, true, {33}, L"Windows Server 2008 Foundation Edition"},
 };
 
-TEST(MSystemNames, EveryProductCodeOfEveryBranch) {
+TEST(MSystemNames, ProductCodesOfEachBranch) {
     for (const Row& row : Rows) {
         for (DWORD code : row.codes) {
             SCOPED_TRACE(row.name + L" " + std::to_wstring(code));
@@ -158,40 +119,24 @@ TEST(MSystemNames, ProcessorFamilies) {
     const std::vector<std::tuple<WORD, const wchar_t*, WORD, WORD, std::wstring>> cases = {
         {0, L"GenuineIntel", 3, 0, L"Intel 386"},
         {0, L"GenuineIntel", 5, 4, L"Pentium MMX"},
-        {0, L"GenuineIntel", 5, 2, L"Pentium"},
-        {0, L"GenuineIntel", 6, 1, L"Pentium Pro"},
         {0, L"GenuineIntel", 6, 8, L"Pentium 3"},
-        {0, L"GenuineIntel", 6, 13, L"Pentium M"},
         {0, L"GenuineIntel", 6, 23, L"Intel Core 2"},
-        {0, L"GenuineIntel", 6, 0x55, L"Intel Xeon"},
         {0, L"GenuineIntel", 15, 2, L"Pentium 4"},
         {0, L"GenuineIntel", 7, 0, L"Intel Unknown"},
-        {0, L"AuthenticAMD", 5, 1, L"AMD K5"},
         {0, L"AuthenticAMD", 5, 8, L"AMD K6"},
-        {0, L"AuthenticAMD", 6, 4, L"Athlon"},
         {0, L"AuthenticAMD", 15, 4, L"AMD Unknown"},
         {0, L"CyrixInstead", 5, 4, L"Intel Unknown"},
-        {9, L"AuthenticAMD", 15, 5, L"Opteron 64"},
         {9, L"AuthenticAMD", 15, 0x2F, L"Sempron 64"},
-        {9, L"AuthenticAMD", 15, 0x43, L"Athlon 64"},
-        {9, L"AuthenticAMD", 16, 2, L"Opteron 64"},
         {9, L"AuthenticAMD", 25, 33, L"AMD64 Unknown"},
-        {9, L"GenuineIntel", 15, 3, L"Intel64 Pentium 4"},
         {9, L"GenuineIntel", 15, 4, L"Intel64 Pentium D"},
-        {9, L"GenuineIntel", 15, 6, L"Intel64 Pentium EE"},
-        {9, L"GenuineIntel", 6, 15, L"Intel64 Core 2"},
-        {9, L"GenuineIntel", 6, 22, L"Intel64 Celeron M"},
-        {9, L"GenuineIntel", 6, 28, L"Intel64 Pentium Dual Core"},
         {9, L"GenuineIntel", 6, 29, L"Intel64 Xeon"},
         {9, L"GenuineIntel", 6, 14, L"Intel64 Unknown"},
         {9, L"HygonGenuine", 24, 0, L"Intel64 Unknown"},
         {6, L"GenuineIntel", 31, 0, L"Intel Itanium"},
         {1, L"", 4, 0, L"R4000"},
         {1, L"", 7, 0, L"MIPS Unknown"},
-        {2, L"", 21164, 0, L"21164"},
         {2, L"", 21264, 0, L"Alpha Unknown"},
         {3, L"", 9, 0, L"604+"},
-        {3, L"", 20, 0, L"620"},
         {3, L"", 5, 0, L"PowerPC Unknown"},
         {12, L"ARM", 8, 0, L"Unknown"},
     };

@@ -30,7 +30,8 @@ TEST_F(MFileTest, SeekAndTellAcrossSmallBuffer) {
         EXPECT_EQ(data[static_cast<size_t>(pos)], c) << "at " << pos;
         EXPECT_EQ(pos + 1, file.TELL());
     }
-    ASSERT_TRUE(file.SEEK_RELATIVE(-10) && file.SEEK_RELATIVE(30));
+    ASSERT_TRUE(file.SEEK_RELATIVE(-10));
+    ASSERT_TRUE(file.SEEK_RELATIVE(30));
     ASSERT_EQ(1u, file.READ(&c, 1));
     EXPECT_EQ(data[34], c);
     ASSERT_TRUE(file.SEEK_FROM_END(-3));
