@@ -9,6 +9,7 @@
 #include <numeric>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "COXCheckBase.h"
@@ -103,21 +104,19 @@ TEST(CrcKernelTest, ClassesRunTheSelectedLoopEndToEnd) {
     lengths.insert(lengths.end(), {1000, 4099, static_cast<DWORD>(data.size())});
     COXCRC32 crc32(0xEDB88320), castagnoli(0x82F63B78);
     COXCRC16 crc16(0x1021), t10dif(0x8BB7);
+    const std::pair<COXCRC32*, DWORD> wide[] = {{&crc32, 0xEDB88320}, {&castagnoli, 0x82F63B78}};
+    const std::pair<COXCRC16*, std::uint16_t> narrow[] = {{&crc16, 0x1021}, {&t10dif, 0x8BB7}};
     for (DWORD length : lengths) {
         const DWORD start = static_cast<DWORD>(random());
         const std::uint16_t start16 = static_cast<std::uint16_t>(start);
-        EXPECT_EQ(BitwiseCrc32(0xEDB88320, start, data.data(), length),
-                  crc32.CalculateBlock(data.data(), length, start))
-            << length;
-        EXPECT_EQ(BitwiseCrc32(0x82F63B78, start, data.data(), length),
-                  castagnoli.CalculateBlock(data.data(), length, start))
-            << length;
-        EXPECT_EQ(BitwiseCrc16(0x1021, start16, data.data(), length),
-                  crc16.CalculateBlock(data.data(), length, start16))
-            << length;
-        EXPECT_EQ(BitwiseCrc16(0x8BB7, start16, data.data(), length),
-                  t10dif.CalculateBlock(data.data(), length, start16))
-            << length;
+        for (const auto& [crc, polynomial] : wide)
+            EXPECT_EQ(BitwiseCrc32(polynomial, start, data.data(), length),
+                      crc->CalculateBlock(data.data(), length, start))
+                << std::hex << polynomial << std::dec << " length " << length;
+        for (const auto& [crc, polynomial] : narrow)
+            EXPECT_EQ(BitwiseCrc16(polynomial, start16, data.data(), length),
+                      crc->CalculateBlock(data.data(), length, start16))
+                << std::hex << polynomial << std::dec << " length " << length;
     }
 }
 

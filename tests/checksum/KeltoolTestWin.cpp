@@ -5,8 +5,6 @@
 #include <zlib.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -15,6 +13,7 @@
 #include "KeltoolProcess.h"
 #include "StdBase.h"
 #include "SystemSha1Win.h"
+#include "TempFolder.h"
 
 namespace fs = std::filesystem;
 
@@ -30,25 +29,15 @@ std::string Line(unsigned long value, const fs::path& file) {
     return hex + ("  " + Utf8(file.wstring())) + "\r\n";
 }
 
-class KeltoolTest : public ::testing::Test {
+class KeltoolTest : public TempFolderTest {
 protected:
-    KeltoolTest() { fs::create_directories(m_dir); }
-    ~KeltoolTest() override {
-        std::error_code ignored;
-        fs::remove_all(m_dir, ignored);
-    }
-
     fs::path Make(const std::wstring& name, const std::string& bytes) {
-        const fs::path path = m_dir / name;
-        std::ofstream(path, std::ios::binary).write(bytes.data(), bytes.size());
-        return path;
+        WriteRaw(name, bytes);
+        return m_folder / name;
     }
-
     KeltoolResult Run(const std::vector<std::wstring>& arguments) {
-        return RunKeltool(arguments, m_dir);
+        return RunKeltool(arguments, m_folder);
     }
-
-    const fs::path m_dir = fs::temp_directory_path() / L"kel_keltool_test";
 };
 
 // Real files of every size class, one named in Unicode and one large one whose name is full
@@ -83,7 +72,7 @@ TEST_F(KeltoolTest, Crc32AgreesWithZlibOnRealFiles) {
 
     // Not on a terminal no bar is drawn by default. A missing file is named with its error code,
     // the files after it are still checked, and the exit code tells.
-    const fs::path missing = m_dir / L"missing.bin";
+    const fs::path missing = m_folder / L"missing.bin";
     plain.insert(plain.begin() + 1, missing.wstring());
     const KeltoolResult plainResult = Run(plain);
     EXPECT_EQ(1u, plainResult.exitCode);
@@ -173,7 +162,7 @@ TEST_F(KeltoolTest, Sha1AgreesWithTheSystem) {
         arguments.push_back(file.wstring());
         expected += Sha1Hex(ReadAll(file)) + "  " + Utf8(file.wstring()) + "\r\n";
     }
-    arguments.push_back((m_dir / L"missing.bin").wstring());
+    arguments.push_back((m_folder / L"missing.bin").wstring());
     const KeltoolResult result = Run(arguments);
     EXPECT_EQ(1u, result.exitCode);
     EXPECT_EQ(expected, result.out);
@@ -189,8 +178,9 @@ TEST_F(KeltoolTest, AesFiles) {
                 L"30c81c46a35ce411e5fbc1191a0a52eff69f2445df4f9b17ad2b417be66c3710");
     const std::wstring key = L"2b7e151628aed2a6abf7158809cf4f3c",
                        iv = L"000102030405060708090a0b0c0d0e0f";
-    const std::wstring in = Make(L"plain.bin", plain).wstring(), out = (m_dir / L"c.bin").wstring(),
-                       back = (m_dir / L"back.bin").wstring();
+    const std::wstring in = Make(L"plain.bin", plain).wstring(),
+                       out = (m_folder / L"c.bin").wstring(),
+                       back = (m_folder / L"back.bin").wstring();
     const std::pair<std::vector<std::wstring>, const wchar_t*> cases[] = {
         {{L"--key", key, L"--iv", iv},
          L"7649abac8119b246cee98e9b12e9197d5086cb9b507219ee95db113a917678b2"

@@ -5,34 +5,26 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <string>
+
+#include "TempFolder.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-// A fresh folder, with a trailing separator as Read and WriteMapFile take it.
-class DirectoryWithMapTest : public ::testing::Test {
+// The folder with a trailing separator, as Read and WriteMapFile take it.
+class DirectoryWithMapTest : public TempFolderTest {
 protected:
     void SetUp() override {
-        m_folder = fs::temp_directory_path() / "kel_directory_with_map";
-        fs::remove_all(m_folder);
-        fs::create_directories(m_folder);
+        TempFolderTest::SetUp();
         m_path = (m_folder / "").wstring();
     }
-    void TearDown() override { fs::remove_all(m_folder); }
-
     void WriteMap(const std::string& text, const char* name = ".map") const {
-        std::ofstream(m_folder / name, std::ios::binary) << text;
-    }
-    std::string ReadMap() const {
-        std::ifstream in(m_folder / ".map", std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+        WriteRaw(name, text);
     }
 
-    fs::path m_folder;
     std::wstring m_path;
 };
 
@@ -60,7 +52,7 @@ TEST_F(DirectoryWithMapTest, WrittenMapReadsBackTheSame) {
 
     ASSERT_EQ(directory.WriteMapFile(m_path.c_str()), 0u);
     // Text mode: a line feed is written as the platform's line end.
-    std::string written = ReadMap();
+    std::string written = ReadRaw(".map");
     written.erase(std::remove(written.begin(), written.end(), '\r'), written.end());
     EXPECT_EQ(written.substr(0, 1), "\n") << "a line feed before each entry";
     EXPECT_NE(written.back(), '\n') << "none after the last";
