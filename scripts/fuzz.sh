@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
-# Builds the libFuzzer targets (native, clang) and runs each for SECONDS (default 60), one after
-# the other; prints executions and coverage per target. Crashing inputs land in build/fuzz/artifacts.
+# Usage: fuzz.sh [SECONDS [RUNS [TARGET...]]]
+# Builds the libFuzzer targets (native, clang) and runs each (or the named ones) one after the
+# other for SECONDS (default 60) or until RUNS executions; prints executions and coverage per
+# target. Crashing inputs land in build/fuzz/artifacts.
 set -euo pipefail
 source "$(dirname "$0")/build.sh"
-kel_fuzz_run "${1:-60}"
+kel_fuzz_run "${1:-60}" "${2:--1}" "${@:3}"
