@@ -2,28 +2,18 @@
 // NIST SP 800-38A), and the object's chain, in-place and misuse behaviour.
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <algorithm>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "CRijndael.h"
 #include "RijndaelKernels.h"
-#include "StdBase.h"
+#include "TestBytes.h"
 
 using namespace KelBase::Rijndael;
 
 namespace {
-
-std::vector<unsigned char> Bytes(const wchar_t* hex) {
-    std::vector<unsigned char> bytes;
-    EXPECT_TRUE(StdBase::ConvertHexToBytes(hex, bytes)) << hex;
-    return bytes;
-}
-
-std::wstring Hex(const std::vector<unsigned char>& bytes) {
-    return StdBase::ConvertBytesToHex(bytes.data(), bytes.size());
-}
 
 // The kernels this processor runs.
 std::vector<const Kernel*> Kernels(int blockBytes) {
@@ -33,10 +23,21 @@ std::vector<const Kernel*> Kernels(int blockBytes) {
     return kernels;
 }
 
-const wchar_t* const Sp800Plain =
-    L"6bc1bee22e409f96e93d7e117393172aae2d8a571e03ac9c9eb76fac45af8e51"
-    L"30c81c46a35ce411e5fbc1191a0a52eff69f2445df4f9b17ad2b417be66c3710";
-const wchar_t* const Sp800Iv = L"000102030405060708090a0b0c0d0e0f";
+// The blocks of `data` through one loop of the kernel (mode 0 ECB, 1 CBC, 2 CFB): enciphered
+// into another buffer, or deciphered in place. `chain` goes on as for the next call.
+Bytes Cipher(const Kernel& kernel, int mode, bool encrypt, const Schedule& schedule, Bytes& chain,
+             Bytes data) {
+    const std::size_t blocks = data.size() / schedule.blockBytes;
+    Bytes out(data.size());
+    unsigned char* const to = encrypt ? out.data() : data.data();
+    const ChainLoop chained[] = {nullptr, encrypt ? kernel.cbcEncrypt : kernel.cbcDecrypt,
+                                 encrypt ? kernel.cfbEncrypt : kernel.cfbDecrypt};
+    if (mode == 0)
+        (encrypt ? kernel.ecbEncrypt : kernel.ecbDecrypt)(schedule, data.data(), to, blocks);
+    else
+        chained[mode](schedule, chain.data(), data.data(), to, blocks);
+    return encrypt ? out : data;
+}
 
 struct Vector {
     const wchar_t* name;
@@ -54,20 +55,14 @@ const Vector Vectors[] = {
      L"00112233445566778899aabbccddeeff", L"dda97ca4864cdfe06eaf70a0ec0d7191"},
     {L"FIPS-197 C.3", L"000102030405060708090a0b0c0d0e0f101112131415161718191a1b1c1d1e1f", nullptr,
      0, L"00112233445566778899aabbccddeeff", L"8ea2b7ca516745bfeafc49904b496089"},
-    {L"SP 800-38A F.1.1 ECB-AES128", L"2b7e151628aed2a6abf7158809cf4f3c", nullptr, 0, Sp800Plain,
-     L"3ad77bb40d7a3660a89ecaf32466ef97f5d3d58503b9699de785895a96fdbaaf"
-     L"43b1cd7f598ece23881b00e3ed0306887b0c785e27e8ad3f8223207104725dd4"},
-    {L"SP 800-38A F.2.1 CBC-AES128", L"2b7e151628aed2a6abf7158809cf4f3c", Sp800Iv, 1, Sp800Plain,
-     L"7649abac8119b246cee98e9b12e9197d5086cb9b507219ee95db113a917678b2"
-     L"73bed6b8e3c1743b7116e69e222295163ff1caa1681fac09120eca307586e1a7"},
+    {L"SP 800-38A F.1.1 ECB-AES128", Sp800::Key, nullptr, 0, Sp800::Plain, Sp800::Ecb},
+    {L"SP 800-38A F.2.1 CBC-AES128", Sp800::Key, Sp800::Iv, 1, Sp800::Plain, Sp800::Cbc},
     {L"SP 800-38A F.2.5 CBC-AES256",
-     L"603deb1015ca71be2b73aef0857d77811f352c073b6108d72d9810a30914dff4", Sp800Iv, 1, Sp800Plain,
+     L"603deb1015ca71be2b73aef0857d77811f352c073b6108d72d9810a30914dff4", Sp800::Iv, 1,
+     Sp800::Plain,
      L"f58c4c04d6e5f1ba779eabfb5f7bfbd69cfc4e967edb808d679f777bc6702c7d"
      L"39f23369a9d9bacfa530e26304231461b2eb05e2c39be9fcda6c19078c6a9d1b"},
-    {L"SP 800-38A F.3.13 CFB128-AES128", L"2b7e151628aed2a6abf7158809cf4f3c", Sp800Iv, 2,
-     Sp800Plain,
-     L"3b3fd92eb72dad20333449f8e83cfb4ac8a64537a0b3a93fcde3cdad9f1ce58b"
-     L"26751f67a3cbb140b1808cf187a4f4dfc04b05357c5d1c0eeac4c66f9ff7f2e6"},
+    {L"SP 800-38A F.3.13 CFB128-AES128", Sp800::Key, Sp800::Iv, 2, Sp800::Plain, Sp800::Cfb},
 };
 
 // Each vector through each kernel both ways, and through the object (the fastest kernel),
@@ -75,43 +70,31 @@ const Vector Vectors[] = {
 TEST(CRijndaelTest, PublishedVectors) {
     for (const Vector& v : Vectors) {
         SCOPED_TRACE(v.name);
-        const std::vector<unsigned char> key = Bytes(v.key), plain = Bytes(v.plain),
-                                         cipher = Bytes(v.cipher);
-        const std::vector<unsigned char> iv = v.iv ? Bytes(v.iv) : std::vector<unsigned char>(16);
-        const std::size_t blocks = plain.size() / 16;
+        const Bytes key = FromHex(v.key), plain = FromHex(v.plain);
+        const Bytes iv = v.iv ? FromHex(v.iv) : Bytes(16);
         Schedule schedule;
         Expand(key.data(), static_cast<int>(key.size()), 16, schedule);
         for (const Kernel* kernel : Kernels(16)) {
             SCOPED_TRACE(kernel->name);
-            std::vector<unsigned char> out(plain.size()), back(plain.size());
-            std::vector<unsigned char> chain = iv;
-            const ChainLoop encrypt[] = {nullptr, kernel->cbcEncrypt, kernel->cfbEncrypt};
-            const ChainLoop decrypt[] = {nullptr, kernel->cbcDecrypt, kernel->cfbDecrypt};
-            if (v.mode == 0)
-                kernel->ecbEncrypt(schedule, plain.data(), out.data(), blocks);
-            else
-                encrypt[v.mode](schedule, chain.data(), plain.data(), out.data(), blocks);
-            EXPECT_EQ(v.cipher, Hex(out));
+            Bytes chain = iv;
+            const Bytes cipher = Cipher(*kernel, v.mode, true, schedule, chain, plain);
+            EXPECT_EQ(v.cipher, Hex(cipher));
             chain = iv;
-            if (v.mode == 0)
-                kernel->ecbDecrypt(schedule, out.data(), back.data(), blocks);
-            else
-                decrypt[v.mode](schedule, chain.data(), out.data(), back.data(), blocks);
-            EXPECT_EQ(v.plain, Hex(back));
+            EXPECT_EQ(v.plain, Hex(Cipher(*kernel, v.mode, false, schedule, chain, cipher)));
         }
 
         const auto mode = static_cast<CRijndael::EMode>(v.mode);
         CRijndael rijndael;
         ASSERT_TRUE(
             rijndael.MakeKey(key.data(), v.iv ? iv.data() : nullptr, static_cast<int>(key.size())));
-        std::vector<unsigned char> data = plain;
+        Bytes data = plain;
         for (std::size_t at = 0; at < data.size(); at += 16)
             EXPECT_TRUE(rijndael.Encrypt(&data[at], &data[at], 16, mode));
         EXPECT_EQ(v.cipher, Hex(data));
         EXPECT_TRUE(rijndael.ResetChain());
         EXPECT_TRUE(rijndael.Decrypt(data.data(), data.data(), data.size(), mode));
         EXPECT_EQ(v.plain, Hex(data));
-        std::vector<unsigned char> single(16);
+        Bytes single(16);
         EXPECT_TRUE(rijndael.EncryptBlock(plain.data(), single.data()));
         if (v.mode == 0) {
             EXPECT_EQ(std::wstring(v.cipher).substr(0, 32), Hex(single));
@@ -120,17 +103,16 @@ TEST(CRijndaelTest, PublishedVectors) {
 }
 
 // Rounds per key and block size; the kernels agree on every size over random data, lengths
-// (across their several-blocks-at-once steps) and modes, in place and not.
+// (across their several-blocks-at-once steps) and modes, and decipher in place what they
+// enciphered, ending on the same chain.
 TEST(CRijndaelTest, KernelsAgreeOnEverySize) {
     std::mt19937 random(7);
     for (int keyBytes : {16, 24, 32})
         for (int blockBytes : {16, 24, 32}) {
             SCOPED_TRACE(std::to_string(keyBytes) + "-byte key, " + std::to_string(blockBytes) +
                          "-byte block");
+            const Bytes key = RandomBytes(random, keyBytes);
             CRijndael rijndael;
-            std::vector<unsigned char> key(keyBytes);
-            for (auto& byte : key)
-                byte = static_cast<unsigned char>(random());
             ASSERT_TRUE(rijndael.MakeKey(key.data(), nullptr, keyBytes, blockBytes));
             EXPECT_EQ(std::max(keyBytes, blockBytes) / 4 + 6, rijndael.GetRounds());
             EXPECT_EQ(keyBytes, rijndael.GetKeyLength());
@@ -138,48 +120,26 @@ TEST(CRijndaelTest, KernelsAgreeOnEverySize) {
             Schedule schedule;
             Expand(key.data(), keyBytes, blockBytes, schedule);
             const std::vector<const Kernel*> kernels = Kernels(blockBytes);
-            for (std::size_t blocks : {1u, 3u, 4u, 7u, 8u, 9u, 17u}) {
-                std::vector<unsigned char> plain(blocks * blockBytes), iv(blockBytes);
-                for (auto& byte : plain)
-                    byte = static_cast<unsigned char>(random());
-                for (auto& byte : iv)
-                    byte = static_cast<unsigned char>(random());
-                std::vector<std::vector<unsigned char>> results;
-                for (const Kernel* kernel : kernels) {
-                    std::vector<unsigned char> all, chain = iv;
-                    std::vector<unsigned char> out(plain.size());
-                    kernel->ecbEncrypt(schedule, plain.data(), out.data(), blocks);
-                    all.insert(all.end(), out.begin(), out.end());
-                    for (ChainLoop loop : {kernel->cbcEncrypt, kernel->cfbEncrypt}) {
-                        chain = iv;
-                        loop(schedule, chain.data(), plain.data(), out.data(), blocks);
-                        all.insert(all.end(), out.begin(), out.end());
-                        all.insert(all.end(), chain.begin(), chain.end());
+            for (std::size_t blocks : {1u, 3u, 4u, 7u, 8u, 9u, 17u})
+                for (int mode = 0; mode < 3; ++mode) {
+                    SCOPED_TRACE("mode " + std::to_string(mode) + ", " + std::to_string(blocks) +
+                                 " blocks");
+                    const Bytes plain = RandomBytes(random, blocks * blockBytes),
+                                iv = RandomBytes(random, blockBytes);
+                    std::vector<Bytes> results; // each kernel's cipher text and chain after it
+                    for (const Kernel* kernel : kernels) {
+                        Bytes chain = iv, back = iv;
+                        Bytes cipher = Cipher(*kernel, mode, true, schedule, chain, plain);
+                        EXPECT_EQ(Hex(plain),
+                                  Hex(Cipher(*kernel, mode, false, schedule, back, cipher)))
+                            << kernel->name;
+                        EXPECT_EQ(Hex(chain), Hex(back)) << kernel->name;
+                        cipher.insert(cipher.end(), chain.begin(), chain.end());
+                        results.push_back(cipher);
                     }
-                    // Deciphering in place gives the plain text back in every mode.
-                    const std::size_t n = plain.size();
-                    std::vector<unsigned char> back(all.begin(), all.begin() + n);
-                    kernel->ecbDecrypt(schedule, back.data(), back.data(), blocks);
-                    EXPECT_EQ(Hex(plain), Hex(back)) << kernel->name << " ECB " << blocks;
-                    const ChainLoop decrypt[] = {kernel->cbcDecrypt, kernel->cfbDecrypt};
-                    for (int m = 0; m < 2; ++m) {
-                        const auto begin = all.begin() + n + m * (n + blockBytes);
-                        back.assign(begin, begin + n);
-                        chain = iv;
-                        decrypt[m](schedule, chain.data(), back.data(), back.data(), blocks);
-                        EXPECT_EQ(Hex(plain), Hex(back))
-                            << kernel->name << (m ? " CFB " : " CBC ") << blocks;
-                        EXPECT_EQ(
-                            Hex(std::vector<unsigned char>(begin + n, begin + n + blockBytes)),
-                            Hex(chain))
-                            << kernel->name << " chain after " << blocks;
-                    }
-                    results.push_back(all);
+                    for (std::size_t k = 1; k < results.size(); ++k)
+                        EXPECT_EQ(Hex(results[0]), Hex(results[k])) << kernels[k]->name;
                 }
-                for (std::size_t k = 1; k < results.size(); ++k)
-                    EXPECT_EQ(Hex(results[0]), Hex(results[k]))
-                        << kernels[k]->name << " " << blocks;
-            }
         }
 }
 

@@ -11,6 +11,7 @@
 
 #include "CSHA1.h"
 #include "Sha1Kernels.h"
+#include "TestBytes.h"
 
 namespace {
 
@@ -45,10 +46,6 @@ TEST(CSHA1Test, PublishedVectors) {
         fed += take;
     }
     ASSERT_TRUE(sha1.Final());
-    unsigned char bytes[CSHA1::DIGEST_SIZE];
-    ASSERT_TRUE(sha1.GetHash(bytes));
-    EXPECT_EQ(0x34, bytes[0]);
-    EXPECT_EQ(0x6F, bytes[19]);
     EXPECT_EQ(L"34aa973cd4c4daa4f61eeb2bdbad27316534016f", sha1.GetHashText());
 }
 
@@ -80,9 +77,7 @@ TEST(CSHA1Test, CompressionLoopsAgree) {
     if (!shaNi)
         GTEST_SKIP() << "no SHA extensions on this processor";
     std::mt19937 random(5);
-    std::vector<unsigned char> data(64 * 40);
-    for (auto& byte : data)
-        byte = static_cast<unsigned char>(random());
+    const Bytes data = RandomBytes(random, 64 * 40);
     for (std::size_t blocks = 0; blocks <= 40; ++blocks) {
         std::uint32_t portable[5], fast[5];
         for (int i = 0; i < 5; ++i)

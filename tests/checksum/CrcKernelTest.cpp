@@ -15,6 +15,7 @@
 #include "COXCheckBase.h"
 #include "CrcBitwise.h"
 #include "CrcKernels.h"
+#include "TestBytes.h"
 
 using namespace KelBase::Crc;
 
@@ -37,9 +38,7 @@ void Check(std::vector<Reg> polynomials,
     lengths.insert(lengths.end(), {stripes - 1, stripes, 2 * stripes + 9, regions - 1, regions,
                                    2 * regions + 4 * 256 + 77});
     std::mt19937_64 random(20240611);
-    std::vector<unsigned char> data(lengths.back() + 64);
-    for (auto& byte : data)
-        byte = static_cast<unsigned char>(random());
+    const Bytes data = RandomBytes(random, lengths.back() + 64);
     for (int i = 0; i < 10; ++i)
         polynomials.push_back(static_cast<Reg>(random()));
     std::string checked;
@@ -96,9 +95,7 @@ TEST(CrcKernelTest, ClassesRunTheSelectedLoopEndToEnd) {
     }
 
     std::mt19937_64 random(7);
-    std::vector<unsigned char> data(4 * RegionBytes + 1000);
-    for (auto& byte : data)
-        byte = static_cast<unsigned char>(random());
+    Bytes data = RandomBytes(random, 4 * RegionBytes + 1000); // CalculateBlock takes void*
     std::vector<DWORD> lengths(600);
     std::iota(lengths.begin(), lengths.end(), 0);
     lengths.insert(lengths.end(), {1000, 4099, static_cast<DWORD>(data.size())});

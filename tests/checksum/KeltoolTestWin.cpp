@@ -11,9 +11,9 @@
 #include <windows.h>
 
 #include "KeltoolProcess.h"
-#include "StdBase.h"
 #include "SystemSha1Win.h"
 #include "TempFolder.h"
+#include "TestBytes.h"
 
 namespace fs = std::filesystem;
 
@@ -29,6 +29,12 @@ std::string Line(unsigned long value, const fs::path& file) {
     return hex + ("  " + Utf8(file.wstring())) + "\r\n";
 }
 
+// The digest line sha1sum prints for a file with these bytes.
+std::string Sha1Line(const std::string& bytes, const fs::path& file) {
+    const std::array<unsigned char, 20> digest = SystemSha1(bytes.data(), bytes.size());
+    return Utf8(Hex(digest.data(), digest.size()) + L"  " + file.wstring()) + "\r\n";
+}
+
 class KeltoolTest : public TempFolderTest {
 protected:
     fs::path Make(const std::wstring& name, const std::string& bytes) {
@@ -38,11 +44,18 @@ protected:
     KeltoolResult Run(const std::vector<std::wstring>& arguments) {
         return RunKeltool(arguments, m_folder);
     }
+    // keltool aes with a verb, options and the two files.
+    KeltoolResult Aes(const wchar_t* verb, std::vector<std::wstring> options,
+                      const std::wstring& from, const std::wstring& to) {
+        options.insert(options.begin(), {L"aes", verb});
+        options.insert(options.end(), {from, to});
+        return Run(options);
+    }
 };
 
 // Real files of every size class, one named in Unicode and one large one whose name is full
 // of conversions that would read missing arguments if the name were taken as a format.
-TEST_F(KeltoolTest, Crc32AgreesWithZlibOnRealFiles) {
+TEST_F(KeltoolTest, Crc32AndSha1AgreeWithZlibAndTheSystemOnRealFiles) {
     std::string big(40u << 20, '\0');
     for (std::size_t i = 0; i < big.size(); ++i)
         big[i] = static_cast<char>((i * 2654435761u) >> 13);
@@ -51,16 +64,17 @@ TEST_F(KeltoolTest, Crc32AgreesWithZlibOnRealFiles) {
         TestBinaryFolder() / L"keltool.exe", TestBinaryFolder() / L"KelSDK.Base.dll",
         Make(L"empty.bin", ""), Make(L"digits \u00e4\u2713.txt", "123456789"), bigFile};
     std::vector<std::wstring> standard = {L"crc32", L"--standard", L"--progress"},
-                              plain = {L"crc32"};
-    std::string expectedStandard, expectedPlain;
+                              plain = {L"crc32"}, sha1 = {L"sha1"};
+    std::string expectedStandard, expectedPlain, expectedSha1;
     for (const fs::path& file : files) {
-        standard.push_back(file.wstring());
-        plain.push_back(file.wstring());
+        for (auto* arguments : {&standard, &plain, &sha1})
+            arguments->push_back(file.wstring());
         const std::string bytes = ReadAll(file);
         const unsigned long crc =
             crc32(0, reinterpret_cast<const Bytef*>(bytes.data()), static_cast<uInt>(bytes.size()));
         expectedStandard += Line(crc, file);
         expectedPlain += Line(~crc, file);
+        expectedSha1 += Sha1Line(bytes, file);
     }
     const KeltoolResult withBar = Run(standard);
     EXPECT_EQ(0u, withBar.exitCode);
@@ -81,6 +95,12 @@ TEST_F(KeltoolTest, Crc32AgreesWithZlibOnRealFiles) {
     const std::string end = "(error code 2)\r\n";
     EXPECT_EQ(0u, err.find("keltool: cannot read \"" + Utf8(missing.wstring()) + "\": ")) << err;
     EXPECT_EQ(err.size() - end.size(), err.find(end)) << err;
+
+    // sha1's lines are sha1sum's: lower case, two spaces.
+    sha1.push_back(missing.wstring());
+    const KeltoolResult digests = Run(sha1);
+    EXPECT_EQ(1u, digests.exitCode);
+    EXPECT_EQ(expectedSha1, digests.out);
 }
 
 // The other checks with their defaults and chosen polynomials; a polynomial that is not
@@ -141,93 +161,55 @@ TEST_F(KeltoolTest, UnitsAndLocalize) {
     }
 }
 
-std::string Sha1Hex(const std::string& bytes) {
-    const std::array<unsigned char, 20> digest = SystemSha1(bytes.data(), bytes.size());
-    return Utf8(StdBase::ConvertBytesToHex(digest.data(), digest.size()));
-}
-
-std::string FromHex(const wchar_t* hex) {
-    std::vector<unsigned char> bytes;
-    StdBase::ConvertHexToBytes(hex, bytes);
+// The bytes of hexadecimal text, as a file holds them.
+std::string FileBytes(const wchar_t* hex) {
+    const Bytes bytes = FromHex(hex);
     return std::string(bytes.begin(), bytes.end());
-}
-
-// The digest lines of sha1sum (lower case, two spaces), checked against the system's SHA-1.
-TEST_F(KeltoolTest, Sha1AgreesWithTheSystem) {
-    const std::vector<fs::path> files = {TestBinaryFolder() / L"keltool.exe",
-                                         Make(L"empty.bin", ""), Make(L"abc \u00e4.txt", "abc")};
-    std::vector<std::wstring> arguments = {L"sha1"};
-    std::string expected;
-    for (const fs::path& file : files) {
-        arguments.push_back(file.wstring());
-        expected += Sha1Hex(ReadAll(file)) + "  " + Utf8(file.wstring()) + "\r\n";
-    }
-    arguments.push_back((m_folder / L"missing.bin").wstring());
-    const KeltoolResult result = Run(arguments);
-    EXPECT_EQ(1u, result.exitCode);
-    EXPECT_EQ(expected, result.out);
-    EXPECT_NE(std::string::npos, result.err.find("(error code 2)")) << result.err;
-    EXPECT_NE(std::string::npos, expected.find("a9993e364706816aba3e25717850c26c9cd0d89d  "));
 }
 
 // The SP 800-38A messages through files: PKCS #7 padding adds one whole block to the 64 bytes,
 // the first 64 bytes are the published cipher text, and deciphering restores the file.
 TEST_F(KeltoolTest, AesFiles) {
-    const std::string plain =
-        FromHex(L"6bc1bee22e409f96e93d7e117393172aae2d8a571e03ac9c9eb76fac45af8e51"
-                L"30c81c46a35ce411e5fbc1191a0a52eff69f2445df4f9b17ad2b417be66c3710");
-    const std::wstring key = L"2b7e151628aed2a6abf7158809cf4f3c",
-                       iv = L"000102030405060708090a0b0c0d0e0f";
+    const std::string plain = FileBytes(Sp800::Plain);
+    const std::wstring key = Sp800::Key, iv = Sp800::Iv;
     const std::wstring in = Make(L"plain.bin", plain).wstring(),
                        out = (m_folder / L"c.bin").wstring(),
                        back = (m_folder / L"back.bin").wstring();
     const std::pair<std::vector<std::wstring>, const wchar_t*> cases[] = {
-        {{L"--key", key, L"--iv", iv},
-         L"7649abac8119b246cee98e9b12e9197d5086cb9b507219ee95db113a917678b2"
-         L"73bed6b8e3c1743b7116e69e222295163ff1caa1681fac09120eca307586e1a7"},
-        {{L"--key=" + key, L"--mode", L"ecb"},
-         L"3ad77bb40d7a3660a89ecaf32466ef97f5d3d58503b9699de785895a96fdbaaf"
-         L"43b1cd7f598ece23881b00e3ed0306887b0c785e27e8ad3f8223207104725dd4"},
-        {{L"--key", key, L"--iv=" + iv, L"--mode=cfb"},
-         L"3b3fd92eb72dad20333449f8e83cfb4ac8a64537a0b3a93fcde3cdad9f1ce58b"
-         L"26751f67a3cbb140b1808cf187a4f4dfc04b05357c5d1c0eeac4c66f9ff7f2e6"},
+        {{L"--key", key, L"--iv", iv}, Sp800::Cbc},
+        {{L"--key=" + key, L"--mode", L"ecb"}, Sp800::Ecb},
+        {{L"--key", key, L"--iv=" + iv, L"--mode=cfb"}, Sp800::Cfb},
         {{L"--key", key + key, L"--block", L"32", L"--iv", iv + iv}, nullptr},
     };
     for (const auto& [options, cipher] : cases) {
         SCOPED_TRACE(Utf8(options.back()));
-        std::vector<std::wstring> encrypt = {L"aes", L"encrypt"}, decrypt = {L"aes", L"decrypt"};
-        encrypt.insert(encrypt.end(), options.begin(), options.end());
-        decrypt.insert(decrypt.end(), options.begin(), options.end());
-        encrypt.insert(encrypt.end(), {in, out});
-        decrypt.insert(decrypt.end(), {out, back});
-        EXPECT_EQ(0u, Run(encrypt).exitCode);
+        EXPECT_EQ(0u, Aes(L"encrypt", options, in, out).exitCode);
         const std::string enciphered = ReadAll(out);
         EXPECT_EQ(cipher ? 80u : 96u, enciphered.size());
         if (cipher) {
-            EXPECT_EQ(FromHex(cipher), enciphered.substr(0, 64));
+            EXPECT_EQ(FileBytes(cipher), enciphered.substr(0, 64));
         }
-        EXPECT_EQ(0u, Run(decrypt).exitCode);
+        EXPECT_EQ(0u, Aes(L"decrypt", options, out, back).exitCode);
         EXPECT_EQ(plain, ReadAll(back));
     }
 
     // A wrong key is told by the padding and leaves the output as it was; the input may be the
     // output; a key of the wrong length is a usage error.
     Make(L"back.bin", "kept");
-    const KeltoolResult wrong = Run({L"aes", L"decrypt", L"--key",
-                                     L"000102030405060708090a0b0c0d0e0f", L"--iv", iv, out, back});
+    const KeltoolResult wrong = Aes(L"decrypt", {L"--key", iv, L"--iv", iv}, out, back);
     EXPECT_EQ(1u, wrong.exitCode);
     EXPECT_NE(std::string::npos, wrong.err.find("padding")) << wrong.err;
     EXPECT_EQ("kept", ReadAll(back));
     const std::wstring same = Make(L"same.bin", plain.substr(0, 21)).wstring();
-    EXPECT_EQ(0u, Run({L"aes", L"encrypt", L"--key", key, same, same}).exitCode);
+    EXPECT_EQ(0u, Aes(L"encrypt", {L"--key", key}, same, same).exitCode);
     EXPECT_EQ(32u, ReadAll(same).size());
-    EXPECT_EQ(0u, Run({L"aes", L"decrypt", L"--key", key, same, same}).exitCode);
+    EXPECT_EQ(0u, Aes(L"decrypt", {L"--key", key}, same, same).exitCode);
     EXPECT_EQ(plain.substr(0, 21), ReadAll(same));
-    const KeltoolResult shortKey = Run({L"aes", L"encrypt", L"--key", L"0011", in, out});
+    const KeltoolResult shortKey = Aes(L"encrypt", {L"--key", L"0011"}, in, out);
     EXPECT_EQ(2u, shortKey.exitCode);
     EXPECT_NE(std::string::npos, shortKey.err.find("Incorrect key length")) << shortKey.err;
-    EXPECT_EQ(2u, Run({L"aes", L"encrypt", L"--key", key, L"--mode", L"ofb", in, out}).exitCode);
-    EXPECT_EQ(2u, Run({L"aes", L"scramble", L"--key", key, in, out}).exitCode);
+    EXPECT_EQ(2u, Aes(L"encrypt", {L"--key", key, L"--mode", L"ofb"}, in, out).exitCode);
+    EXPECT_EQ(2u, Aes(L"scramble", {L"--key", key}, in, out).exitCode);
 }
 
 } // namespace

@@ -29,15 +29,20 @@ template <class Map, class Base, class Value> void CheckOneEntryPerKey(Value fir
 
     Value value = first;
     EXPECT_FALSE(map.Lookup(L"Gamma", value));
-    EXPECT_TRUE(value == first && map.Lookup(L"alpha", value) && value == second);
-    EXPECT_TRUE(map.Lookup(L"Beta", value) && value == second);
+    EXPECT_EQ(value, first); // a failed lookup leaves the value alone
+    EXPECT_TRUE(map.Lookup(L"alpha", value));
+    EXPECT_EQ(value, second);
+    EXPECT_TRUE(map.Lookup(L"Beta", value));
+    EXPECT_EQ(value, second);
     EXPECT_TRUE(map.RemoveKey(L"BETA"));
     EXPECT_FALSE(map.RemoveKey(L"beta"));
 
     // Only the framework base can store a second spelling; the exact one is tried first.
     static_cast<Base&>(map)[L"ALPHA"] = first;
-    EXPECT_TRUE(map.Lookup(L"ALPHA", value) && value == first);
-    EXPECT_TRUE(map.Lookup(L"Alpha", value) && value == second);
+    EXPECT_TRUE(map.Lookup(L"ALPHA", value));
+    EXPECT_EQ(value, first);
+    EXPECT_TRUE(map.Lookup(L"Alpha", value));
+    EXPECT_EQ(value, second);
     EXPECT_TRUE(map.RemoveKey(L"ALPHA"));
     EXPECT_EQ(SortedKeys<Value>(map), std::vector<CString>{L"Alpha"});
 }
@@ -63,11 +68,14 @@ TEST(CMapStringIToObject, DeletesWhatItReplacesOrRemovesAndNothingItStillHolds) 
     Counted* first = new Counted(deaths);
     EXPECT_FALSE(map->Set(L"Shape", first));
     // The same object again, under another spelling: nothing changes.
-    EXPECT_TRUE(map->Set(L"SHAPE", first) && deaths == 0);
+    EXPECT_TRUE(map->Set(L"SHAPE", first));
+    EXPECT_EQ(deaths, 0);
     Counted* second = new Counted(deaths);
-    EXPECT_TRUE(map->Set(L"shape", second) && deaths == 1);
+    EXPECT_TRUE(map->Set(L"shape", second));
+    EXPECT_EQ(deaths, 1);
     CObject* found = nullptr;
-    EXPECT_TRUE(map->Lookup(L"Shape", found) && found == second);
+    EXPECT_TRUE(map->Lookup(L"Shape", found));
+    EXPECT_EQ(found, second);
     EXPECT_EQ(map->GetCount(), 1);
 
     // Assigning through the slot deletes nothing, and RemoveKey2 hands the object over.
@@ -84,7 +92,8 @@ TEST(CMapStringIToObject, DeletesWhatItReplacesOrRemovesAndNothingItStillHolds) 
     EXPECT_FALSE(map->RemoveKey(L"A"));
     EXPECT_EQ(deaths, 2);
     map->RemoveAll();
-    EXPECT_TRUE(deaths == 4 && map->GetCount() == 0);
+    EXPECT_EQ(deaths, 4);
+    EXPECT_EQ(map->GetCount(), 0);
     map->Set(L"d", new Counted(deaths));
     map.reset();
     EXPECT_EQ(deaths, 5);

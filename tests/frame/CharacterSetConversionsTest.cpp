@@ -46,7 +46,9 @@ TEST(CharacterSetConversions, CopiesCountTheTerminatorAndANullSourceChangesNothi
     EXPECT_EQ(static_cast<const wchar_t*>(String<wchar_t>(static_cast<const char*>(nullptr))),
               nullptr);
 #endif
-    EXPECT_TRUE(wide == &wideMarker && narrow == &narrowMarker && length == 42u);
+    EXPECT_EQ(wide, &wideMarker);
+    EXPECT_EQ(narrow, &narrowMarker);
+    EXPECT_EQ(length, 42u);
     EXPECT_EQ(static_cast<const char*>(String<char>(static_cast<const char*>(nullptr))), nullptr);
     EXPECT_EQ(static_cast<const wchar_t*>(String<wchar_t>(nullptr, 'x')), nullptr);
 }

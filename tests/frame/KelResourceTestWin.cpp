@@ -10,6 +10,8 @@
 
 #include "KelResource.h"
 
+namespace fs = std::filesystem;
+
 namespace {
 
 // String 1000 + N of the test module is N characters long, string 10 a format.
@@ -45,6 +47,21 @@ std::wstring LoadCut(unsigned int id, size_t size,
     EXPECT_EQ(buffer[size], L'#') << size;
     return buffer.data();
 }
+
+// A copy of the test module in a new folder, loaded; unloaded and removed with the folder.
+struct ModuleCopy {
+    ModuleCopy(HMODULE original, const fs::path& file) : folder(file.parent_path()) {
+        fs::create_directories(folder);
+        fs::copy_file(ModulePath(original), file, fs::copy_options::overwrite_existing);
+        module = LoadLibraryW(file.c_str());
+    }
+    ~ModuleCopy() {
+        FreeLibrary(module);
+        fs::remove_all(folder);
+    }
+    fs::path folder;
+    HMODULE module;
+};
 
 // Makes the test module the resource module for each test.
 class KelResourceTest : public ::testing::Test {
@@ -89,18 +106,12 @@ TEST_F(KelResourceTest, MissingStringYieldsTheDiagnosticCutToTheBuffer) {
     EXPECT_EQ(LoadCut(kMissingId, 1000, nullptr), Diagnostic(kMissingId, nullptr));
 
     // A module whose path alone is longer than the diagnostic's local buffer.
-    namespace fs = std::filesystem;
-    const fs::path folder = fs::temp_directory_path() / std::wstring(170, L'd');
-    fs::create_directories(folder);
-    const fs::path copy = folder / L"kelbase_test_resources.dll";
-    fs::copy_file(ModulePath(s_module), copy, fs::copy_options::overwrite_existing);
-    HMODULE module = LoadLibraryW(copy.c_str());
-    ASSERT_NE(module, nullptr);
-    const std::wstring longer = Diagnostic(kMissingId, module);
+    const ModuleCopy copy(s_module, fs::temp_directory_path() / std::wstring(170, L'd') /
+                                        L"kelbase_test_resources.dll");
+    ASSERT_NE(copy.module, nullptr);
+    const std::wstring longer = Diagnostic(kMissingId, copy.module);
     ASSERT_GT(longer.size(), 199u);
-    EXPECT_EQ(LoadCut(kMissingId, 1000, module), longer.substr(0, 199));
-    FreeLibrary(module);
-    fs::remove_all(folder);
+    EXPECT_EQ(LoadCut(kMissingId, 1000, copy.module), longer.substr(0, 199));
 }
 
 TEST_F(KelResourceTest, FormattedStringUsesTheResourceAsFormat) {
@@ -113,25 +124,19 @@ TEST_F(KelResourceTest, FormattedStringUsesTheResourceAsFormat) {
     EXPECT_EQ(std::wstring(buffer), Diagnostic(kMissingId, s_module).substr(0, 63));
 
     // A module path with conversions and an escaped percent sign in it stays as it is.
-    namespace fs = std::filesystem;
-    const fs::path folder = fs::temp_directory_path() / L"kel%d%%folder";
-    fs::create_directories(folder);
-    const fs::path copy = folder / L"kel%s%u%%res.dll";
-    fs::copy_file(ModulePath(s_module), copy, fs::copy_options::overwrite_existing);
-    HMODULE module = LoadLibraryW(copy.c_str());
-    ASSERT_NE(module, nullptr);
-    CKelResource::SetResInstance(module);
+    const ModuleCopy copy(s_module,
+                          fs::temp_directory_path() / L"kel%d%%folder" / L"kel%s%u%%res.dll");
+    ASSERT_NE(copy.module, nullptr);
+    CKelResource::SetResInstance(copy.module);
     wchar_t withPath[1000];
     MLoadStringF(kMissingId, withPath, 1000, 7, 8, 9);
-    EXPECT_EQ(std::wstring(withPath), Diagnostic(kMissingId, module));
+    EXPECT_EQ(std::wstring(withPath), Diagnostic(kMissingId, copy.module));
     EXPECT_NE(std::wstring(withPath).find(L"kel%d%%folder\\kel%s%u%%res.dll'"), std::wstring::npos)
         << withPath;
     // The module's own strings are formats still.
     EXPECT_STREQ(MLoadStringF(kFormatId, withPath, 1000, 5, L"a%d folder"),
                  L"5 items in a%d folder");
     CKelResource::SetResInstance(s_module);
-    FreeLibrary(module);
-    fs::remove_all(folder);
 
     // The platform formatter writes at most 1024 characters, terminator included.
     std::vector<wchar_t> large(3000, L'#');
@@ -148,7 +153,8 @@ TEST_F(KelResourceTest, RawResourcesAndTheLastError) {
     EXPECT_EQ(std::memcmp(resource.GetData(), bytes.data(), bytes.size()), 0);
     CKelResource copy = resource;
     copy.Release(); // forgets the data, keeps the size
-    EXPECT_TRUE(copy.GetData() == nullptr && copy.GetSizeInBytes() == bytes.size());
+    EXPECT_EQ(copy.GetData(), nullptr);
+    EXPECT_EQ(copy.GetSizeInBytes(), bytes.size());
 
     // An empty resource is found and loaded but cannot be locked: a failure with an error.
     SetLastError(0);

@@ -29,12 +29,14 @@ TEST(ResStringHook, ExLookupsGoToTheHookOnly) {
     FakeStrings fake;
     SetMResStringWrapper(&fake);
     std::wstring standard;
-    EXPECT_TRUE(KelResLoadStringEx(standard, 7) && standard == L"seven");
+    EXPECT_TRUE(KelResLoadStringEx(standard, 7));
+    EXPECT_EQ(standard, L"seven");
     EXPECT_FALSE(KelResLoadStringEx(standard, 8));
     CString framework = L"before";
     EXPECT_FALSE(KelResLoadStringEx(framework, 8));
     EXPECT_EQ(framework, L"before");
-    EXPECT_TRUE(KelResLoadStringEx(framework, 7) && framework == L"seven");
+    EXPECT_TRUE(KelResLoadStringEx(framework, 7));
+    EXPECT_EQ(framework, L"seven");
     EXPECT_EQ(KelResLoadStringEx(7u), L"seven");
     EXPECT_EQ(KelResLoadStringEx(9u), L"");
     wchar_t buffer[8] = {};
@@ -44,8 +46,10 @@ TEST(ResStringHook, ExLookupsGoToTheHookOnly) {
 
     // Removed, it finds nothing: only the std::wstring overload empties its text.
     standard = framework = L"before";
-    EXPECT_TRUE(!KelResLoadStringEx(standard, 7) && standard.empty());
-    EXPECT_TRUE(!KelResLoadStringEx(framework, 7) && framework == L"before");
+    EXPECT_FALSE(KelResLoadStringEx(standard, 7));
+    EXPECT_EQ(standard, L"");
+    EXPECT_FALSE(KelResLoadStringEx(framework, 7));
+    EXPECT_EQ(framework, L"before");
     EXPECT_EQ(KelResLoadStringEx(7u), L"");
     wcscpy(buffer, L"xxxxxxx");
     EXPECT_EQ(KelResLoadCharEx(buffer, 7, 8), 0);

@@ -1,7 +1,7 @@
 // <windows.h> before the framework headers: both orders must compile.
 #include <windows.h>
 
-#include "Afx.h"
+#include "ExpectFileException.h"
 
 #include <string>
 
@@ -23,23 +23,6 @@ protected:
     std::wstring m_path;
 };
 
-void ExpectError(const CFileException& e, int cause, LONG osError, const std::wstring& name) {
-    EXPECT_EQ(cause, e.m_cause);
-    EXPECT_EQ(osError, e.m_lOsError);
-    EXPECT_STREQ(name.c_str(), e.m_strFileName);
-}
-
-// Runs call and checks the CFileException* it must throw.
-template <class F> void ExpectThrown(F call, int cause, LONG osError, const std::wstring& name) {
-    try {
-        call();
-        ADD_FAILURE() << "nothing thrown";
-    } catch (CFileException* e) {
-        ExpectError(*e, cause, osError, name);
-        e->Delete();
-    }
-}
-
 TEST_F(CFileTest, ReadsAtThePositionAndSeeks) {
     CFile file(m_path.c_str(), CFile::modeRead);
     EXPECT_EQ(10u, file.GetLength());
@@ -50,8 +33,8 @@ TEST_F(CFileTest, ReadsAtThePositionAndSeeks) {
     EXPECT_EQ(4u, file.Read(buffer, sizeof(buffer))); // fewer at the end
     EXPECT_STREQ("6789", buffer);
     EXPECT_EQ(8u, file.Seek(-2, CFile::end));
-    ExpectThrown([&] { file.Seek(-1, CFile::begin); }, CFileException::badSeek, ERROR_NEGATIVE_SEEK,
-                 m_path);
+    ExpectFileException([&] { file.Seek(-1, CFile::begin); }, CFileException::badSeek,
+                        ERROR_NEGATIVE_SEEK, m_path);
 }
 
 TEST_F(CFileTest, ShareModesDecideWhetherASecondOpenSucceeds) {
@@ -60,7 +43,7 @@ TEST_F(CFileTest, ShareModesDecideWhetherASecondOpenSucceeds) {
     CFile second;
     CFileException error;
     EXPECT_FALSE(second.Open(m_path.c_str(), CFile::modeWrite | CFile::shareDenyNone, &error));
-    ExpectError(error, CFileException::sharingViolation, ERROR_SHARING_VIOLATION, m_path);
+    ExpectFileError(error, CFileException::sharingViolation, ERROR_SHARING_VIOLATION, m_path);
     EXPECT_TRUE(second.Open(m_path.c_str(), CFile::modeRead | CFile::shareDenyNone));
     second.Close();
     first.Close();
@@ -76,10 +59,10 @@ TEST_F(CFileTest, MissingFileReportsCauseOsErrorAndName) {
     CFile file;
     CFileException error;
     EXPECT_FALSE(file.Open(missing.c_str(), CFile::modeRead, &error));
-    ExpectError(error, CFileException::fileNotFound, ERROR_FILE_NOT_FOUND, missing);
+    ExpectFileError(error, CFileException::fileNotFound, ERROR_FILE_NOT_FOUND, missing);
     EXPECT_EQ(CFile::hFileNull, file.m_hFile);
-    ExpectThrown([&] { CFile opened(missing.c_str(), CFile::modeRead); },
-                 CFileException::fileNotFound, ERROR_FILE_NOT_FOUND, missing);
+    ExpectFileException([&] { CFile opened(missing.c_str(), CFile::modeRead); },
+                        CFileException::fileNotFound, ERROR_FILE_NOT_FOUND, missing);
 }
 
 TEST_F(CFileTest, CreateTruncatesUnlessToldNotToAndNamesTheFile) {
@@ -90,8 +73,8 @@ TEST_F(CFileTest, CreateTruncatesUnlessToldNotToAndNamesTheFile) {
         EXPECT_EQ(12u, file.GetLength());
         EXPECT_STREQ(m_path.substr(m_path.rfind(L'\\') + 1).c_str(), file.GetFileName());
         char byte = 0; // reading a file opened for writing only
-        ExpectThrown([&] { file.Read(&byte, 1); }, CFileException::accessDenied,
-                     ERROR_ACCESS_DENIED, m_path);
+        ExpectFileException([&] { file.Read(&byte, 1); }, CFileException::accessDenied,
+                            ERROR_ACCESS_DENIED, m_path);
     }
     CFile file(m_path.c_str(), CFile::modeCreate | CFile::modeReadWrite);
     EXPECT_EQ(0u, file.GetLength());
