@@ -161,22 +161,66 @@ TEST_F(ProgressTest, AdapterLevelsFollowTheStatusCalls) {
     Listener::STATUS_END();
     EXPECT_EQ(sink.count, 4);
 
-    const std::vector<Delivered> expected{
-        SentText(WindowA, 0, FirstBeginText),    Sent(WindowA, M::MessageBegin, 0, 0),
-        Sent(WindowA, M::MessagePercent, 0, 50), SentText(WindowB, 1, FirstBeginText),
-        Sent(WindowB, M::MessageBegin, 1, 0),    Sent(WindowB, M::MessagePercent, 1, 25),
-        Sent(WindowB, M::MessageEnd, 1, 0),      SentText(WindowA, 0, L"part 3 of five"),
-        SentText(WindowA, 0, L"100%% %d"),       Sent(WindowA, M::MessageEnd, 0, 0),
-        SentText(WindowA, 0, FirstBeginText),    Sent(WindowA, M::MessageBegin, 0, 0),
-        Sent(WindowA, M::MessageEnd, 0, 0),
-    };
-    EXPECT_EQ(g_recorded, expected);
+    EXPECT_EQ(Trace(WindowA, WindowB),
+              LR"(a0 "first", a0 begin, a0 50%, b1 "first", b1 begin, b1 25%, b1 end, )"
+              LR"(a0 "part 3 of five", a0 "100%% %d", a0 end, a0 "first", a0 begin, a0 end)");
 }
 
+// Nested levels fold upwards through a silent level; the abort button goes to the first window
+// only, and nowhere without a window.
+TEST_F(ProgressTest, NestedLevelsAndTheAbortButton) {
+    EstablishBeginText(WindowA);
+    MProgress::EnableAbortButton(true);
+    MProgress::AttachUITarget(0, WindowA);
+    MProgress::AttachUITarget(7, WindowB); // the level argument is ignored
+    MProgress outer(0, 10, false);
+    outer.SetText(L"outer"); // no window yet: nothing is sent
+    outer.SetAdjustByLowerLevels(true);
+    outer.Begin(0, 10);
+    MProgress middle;
+    middle.SetAdjustByLowerLevels(true);
+    middle.SetChildWeight(50);
+    MProgress inner(0, 4);
+    outer.SetCurrentPosition(3);
+    // 25 % of the inner level is 12.5 -> 12 in the middle one, then (0.12 + 3) x 10 = 31.2 -> 31.
+    inner.Increment();
+    // 50 % -> 25 in the middle one -> 32.5, truncated to 32 in the outer one.
+    inner.Increment();
+    // The inner level ends: the middle one's (empty) text again.
+    inner.End();
+    middle.SetText(L"middle");
+    middle.End();
+    outer.End();
+    MProgress::EnableAbortButton(true);
+    MProgressManager::EnableAbortButton(false);
+
+    EXPECT_EQ(Trace(WindowA, WindowB),
+              LR"(a0 "first", a0 begin, b1 "first", b1 begin, a0 30%, b1 12%, a0 31%, b1 25%, )"
+              LR"(a0 32%, b1 "", b1 "middle", b1 end, a0 "outer", a0 end, a0 abort 1, )"
+              LR"(a0 abort 0)");
+}
+
+// The outer of two levels ends while the inner one runs, then each ends again.
 TEST_F(ProgressTest, OuterLevelEndingFirstLeavesIndicesAndEndsOnce) {
     EstablishBeginText(WindowA);
-    const std::vector<Delivered> expected = RunOuterEndsFirst(WindowA, WindowB);
-    EXPECT_EQ(g_recorded, expected);
+    MProgress::AttachUITarget(0, WindowA);
+    MProgress::AttachUITarget(1, WindowB);
+    MProgress outer;
+    MProgress inner(0, 10);
+    inner.SetText(L"inner");
+    outer.End();       // first in the list: no parent text
+    inner.Increment(); // keeps index 1
+    outer.End();       // not listed any more
+    // The list holds one level now, so a new one gets index 1 as well.
+    MProgress late;
+    late.End();
+    inner.End();
+    inner.End();
+
+    // The parent of `late` is `inner`.
+    EXPECT_EQ(Trace(WindowA, WindowB),
+              LR"(a0 "first", a0 begin, b1 "first", b1 begin, b1 "inner", a0 end, b1 10%, )"
+              LR"(b1 "first", b1 begin, b1 end, b1 "inner", b1 end)");
 }
 
 } // namespace

@@ -7,12 +7,34 @@ std::vector<Delivered> g_recorded;
 void Record(HWND window, unsigned int message, std::uintptr_t wParam, std::intptr_t lParam,
             bool posted) {
     const bool text = message == M::MessageText;
-    g_recorded.emplace_back(window, message, wParam, text ? 0 : lParam,
-                            text && !posted ? reinterpret_cast<const wchar_t*>(lParam) : L"",
-                            posted);
+    g_recorded.push_back({window, message, wParam, text ? 0 : lParam,
+                          text && !posted ? reinterpret_cast<const wchar_t*>(lParam) : L"",
+                          posted});
 }
 
-const wchar_t* const FirstBeginText = L"first level text";
+std::wstring Trace(HWND a, HWND b) {
+    std::wstring trace;
+    for (const Delivered& d : g_recorded) {
+        const std::wstring lParam = std::to_wstring(d.lParam);
+        trace += std::wstring(trace.empty() ? L"" : L", ") + (d.posted ? L"~" : L"") +
+                 (d.window == a   ? L'a'
+                  : d.window == b ? L'b'
+                                  : L'?') +
+                 std::to_wstring(d.wParam);
+        if (d.message == M::MessageText)
+            trace += d.posted ? L" text" : L" \"" + d.text + L'"';
+        else if (d.message == M::MessagePercent)
+            trace += L' ' + lParam + L'%';
+        else if (d.message == M::MessageAbortButton)
+            trace += L" abort " + lParam;
+        else
+            trace += (d.message == M::MessageBegin ? L" begin" : L" end") +
+                     (d.lParam != 0 ? L'(' + lParam + L')' : L"");
+    }
+    return trace;
+}
+
+const wchar_t* const FirstBeginText = L"first";
 
 void EstablishBeginText(HWND window) {
     static bool established = false;
@@ -41,30 +63,4 @@ void ResetProgressState() {
     while (pointers.size() != 0)
         pointers.pop_back();
     g_recorded.clear();
-}
-
-std::vector<Delivered> RunOuterEndsFirst(HWND a, HWND b) {
-    MProgress::AttachUITarget(0, a);
-    MProgress::AttachUITarget(1, b);
-    MProgress outer;
-    MProgress inner(0, 10);
-    inner.SetText(L"inner");
-    outer.End();       // first in the list: no parent text
-    inner.Increment(); // keeps index 1
-    outer.End();       // not listed any more
-    // The list holds one level now, so a new one gets index 1 as well.
-    MProgress late;
-    late.End();
-    inner.End();
-    inner.End();
-
-    return {
-        SentText(a, 0, FirstBeginText),    Sent(a, M::MessageBegin, 0, 0),
-        SentText(b, 1, FirstBeginText),    Sent(b, M::MessageBegin, 1, 0),
-        SentText(b, 1, L"inner"),          Sent(a, M::MessageEnd, 0, 0),
-        Sent(b, M::MessagePercent, 1, 10), SentText(b, 1, FirstBeginText),
-        Sent(b, M::MessageBegin, 1, 0),    Sent(b, M::MessageEnd, 1, 0),
-        SentText(b, 1, L"inner"), // the parent of `late` is `inner`
-        Sent(b, M::MessageEnd, 1, 0),
-    };
 }

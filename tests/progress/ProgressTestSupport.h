@@ -3,7 +3,6 @@
 // fixture that puts the process-wide manager back to its initial state.
 #include <cstdint>
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -12,24 +11,28 @@
 
 using M = MProgressManager;
 
-// Window, message, wParam, lParam, text and whether it came through the queue. A text message
-// has its text, read on arrival, instead of its address; a queued one has neither, as its text
-// may be gone by the time the window reads the queue.
-using Delivered = std::tuple<HWND, unsigned int, std::uintptr_t, std::intptr_t, std::wstring, bool>;
-
-// Messages as a window of the calling thread receives them (synchronously).
-inline Delivered Sent(HWND window, unsigned int message, std::uintptr_t wParam,
-                      std::intptr_t lParam) {
-    return Delivered{window, message, wParam, lParam, std::wstring(), false};
-}
-inline Delivered SentText(HWND window, std::uintptr_t wParam, const std::wstring& text) {
-    return Delivered{window, M::MessageText, wParam, 0, text, false};
-}
+// A message as a progress window received it. A text message has its text, read on arrival,
+// instead of its address; a queued one has neither, as its text may be gone by the time the
+// window reads the queue.
+struct Delivered {
+    HWND window;
+    unsigned int message;
+    std::uintptr_t wParam;
+    std::intptr_t lParam;
+    std::wstring text;
+    bool posted;
+};
 
 // The messages received so far, in order.
 extern std::vector<Delivered> g_recorded;
 void Record(HWND window, unsigned int message, std::uintptr_t wParam, std::intptr_t lParam,
             bool posted);
+
+// The record as one line: per message the window (a, b), the level index and what came, e.g.
+// `a0 "text", a0 begin, a0 50%, a0 end, a0 abort 1`; a queued message starts with '~' and its
+// text is not shown. The lParam of a begin or an end (any other message shows as one) follows
+// in brackets unless it is 0.
+std::wstring Trace(HWND a, HWND b = nullptr);
 
 // The text of the first level that began with a window: every begin message carries it.
 extern const wchar_t* const FirstBeginText;
@@ -39,11 +42,6 @@ void EstablishBeginText(HWND window);
 
 // Resets the manager's windows, sink, flags and pointer stack, and the record.
 void ResetProgressState();
-
-// The outer of two levels, with windows a and b, ends while the inner one runs, then each ends
-// again; returns what the windows must receive. Run against real windows and, natively, under
-// the sanitizers.
-std::vector<Delivered> RunOuterEndsFirst(HWND a, HWND b);
 
 class ProgressTest : public ::testing::Test {
 protected:

@@ -20,28 +20,16 @@ using Keltool::ProgressWindow;
 
 namespace {
 
-struct FindData {
-    DWORD process;
-    HWND window;
-};
-
 // The top-level progress window of the process, null while it has none.
 HWND FindProgressWindow(DWORD process) {
-    FindData data = {process, nullptr};
-    EnumWindows(
-        [](HWND window, LPARAM parameter) -> BOOL {
-            auto* find = reinterpret_cast<FindData*>(parameter);
-            DWORD owner = 0;
-            GetWindowThreadProcessId(window, &owner);
-            wchar_t name[64] = {};
-            GetClassNameW(window, name, 64);
-            if (owner != find->process || std::wstring(name) != ProgressWindow::ClassName)
-                return TRUE;
-            find->window = window;
-            return FALSE;
-        },
-        reinterpret_cast<LPARAM>(&data));
-    return data.window;
+    HWND window = nullptr;
+    while ((window = FindWindowExW(nullptr, window, ProgressWindow::ClassName, nullptr))) {
+        DWORD owner = 0;
+        GetWindowThreadProcessId(window, &owner);
+        if (owner == process)
+            return window;
+    }
+    return nullptr;
 }
 
 int BarPosition(HWND window, int level) {

@@ -22,8 +22,9 @@ KeltoolResult Color(const std::wstring& verb, int a, int b, int c) {
 }
 
 TEST(ColorKeltool, PrintsWhatTheSystemConverts) {
-    const int samples[][3] = {{0, 0, 0},       {255, 255, 255}, {255, 0, 0},  {12, 200, 77},
-                              {128, 128, 128}, {1, 2, 3},       {250, 128, 5}};
+    // The arithmetic is compared with the system's in full by the library's tests; these check
+    // the order of the arguments and the output.
+    const int samples[][3] = {{128, 128, 128}, {12, 200, 77}, {250, 128, 5}};
     for (const auto& rgb : samples) {
         SCOPED_TRACE(std::to_string(rgb[0]) + " " + std::to_string(rgb[1]) + " " +
                      std::to_string(rgb[2]));

@@ -15,16 +15,11 @@ namespace {
 TEST(MColor_COLORREF, BothWays) {
     const MColor_COLORREF fromRef(0x02336699, 128); // a palette flag in the top byte
     EXPECT_EQ(0x336699u, fromRef.GetCOLORREF());
-    EXPECT_EQ(0x99, fromRef.GetRed());
-    EXPECT_EQ(0x66, fromRef.GetGreen());
-    EXPECT_EQ(0x33, fromRef.GetBlue());
     EXPECT_EQ(Color(0x99, 0x66, 0x33, 128), fromRef.GetColor());
     const MColor_COLORREF fromColor(Color(1, 2, 3, 4));
     EXPECT_EQ(0x030201u, fromColor.GetCOLORREF());
-    EXPECT_EQ(4, fromColor.GetAlpha());
     EXPECT_EQ(MColor_COLORREF(1, 2, 3, 4), fromColor);
-    EXPECT_NE(MColor_COLORREF(1, 2, 3), fromColor);
-    EXPECT_EQ(0x030201u, MColor_COLORREF::ToCOLORREF(Color(1, 2, 3, 4)));
+    EXPECT_NE(MColor_COLORREF(1, 2, 3), fromColor); // the alpha counts
     EXPECT_EQ(Color(1, 2, 3, 9), MColor_COLORREF::ToColor(0xFF030201, 9));
     EXPECT_EQ(Color(0, 0, 0), MColor_COLORREF().GetColor());
 }
@@ -61,33 +56,14 @@ TEST(MColorHLSRGB, KnownValues) {
     EXPECT_EQ(0xFFFFFFu, clamped.GetRGB());
 }
 
-// RGB -> HLS -> RGB over every value on a 3-step grid stays within a few units per channel.
-TEST(MColorHLSRGB, RoundTripErrorIsBounded) {
-    int worst = 0;
-    for (int r = 0; r < 256; r += 3)
-        for (int g = 0; g < 256; g += 3)
-            for (int b = 0; b < 256; b += 3) {
-                const COLORREF rgb = r | g << 8 | b << 16;
-                const COLORREF back = MColorHLSRGB(rgb).GetRGB();
-                for (int shift : {0, 8, 16})
-                    worst = std::max(worst, std::abs(static_cast<int>((rgb >> shift) & 0xFF) -
-                                                     static_cast<int>((back >> shift) & 0xFF)));
-            }
-    ::testing::Test::RecordProperty("worst channel error", worst);
-    EXPECT_LE(worst, 5);
-}
-
 TEST(MGradientColoring, StopsRangeAndBands) {
     MGradientColoring rainbow(10.0, 20.0);
     EXPECT_EQ(5u, rainbow.GetStopCount());
-    EXPECT_EQ(Color(0, 0, 255), rainbow.GetColor(10.0));
     EXPECT_EQ(Color(0, 0, 255), rainbow.GetColor(-1e300));
-    EXPECT_EQ(Color(0, 255, 0), rainbow.GetColor(15.0));
-    EXPECT_EQ(Color(255, 0, 0), rainbow.GetColor(20.0));
     EXPECT_EQ(Color(255, 0, 0), rainbow.GetColor(std::numeric_limits<double>::infinity()));
     EXPECT_EQ(Color(128, 255, 0), rainbow.GetColor(16.25)); // half way from green to yellow
     EXPECT_EQ(Color(128, 128, 128), rainbow.GetColor(std::nan("")));
-    EXPECT_EQ(0x00FF00u, rainbow.GetCOLORREF(15.0));
+    EXPECT_EQ(0xFF0000u, rainbow.GetCOLORREF(10.0)); // blue in the high byte
 
     // Bad ranges and stops change nothing.
     EXPECT_FALSE(rainbow.SetRange(2.0, 1.0));
