@@ -182,23 +182,20 @@ TEST_F(MRegKeyTest, ViewHoldsThroughEveryLevelOfAWalk) {
     TestKey(L"L1\\L2\\L3").Create()._SetRegStr(L"view", L"64");
     TestKey(L"L1\\L2\\Wow6432Node\\L3").Create()._SetRegStr(L"view", L"32");
     for (MRegKey::View view : {MRegKey::viewDefault, MRegKey::view64, MRegKey::view32}) {
+        SCOPED_TRACE(view);
+        const std::wstring expected = view == MRegKey::view32 ? L"32" : L"64";
         MRegKey root = TestKey();
         root.SetView(view);
         MRegKey level1(L"L1", root);
         MRegKey level2(L"L2", level1);
         MRegKey level3(L"L3", level2);
         EXPECT_EQ(view, level3.GetView());
-        EXPECT_EQ(view == MRegKey::view32 ? L"32" : L"64",
-                  std::wstring(level3.GetRegStrD(L"view", L"none")))
-            << "view " << view;
+        EXPECT_EQ(expected, std::wstring(level3.GetRegStrD(L"view", L"none")));
         // Each level opened on its own, the handle of one the parent of the next.
-        ASSERT_FALSE(!level1) << "view " << view;
+        ASSERT_FALSE(!level1);
         MRegKey opened2(L"L2", level1);
-        ASSERT_FALSE(!opened2) << "view " << view;
-        MRegKey opened3(L"L3", opened2);
-        EXPECT_EQ(view == MRegKey::view32 ? L"32" : L"64",
-                  std::wstring(opened3.GetRegStrD(L"view", L"none")))
-            << "view " << view;
+        ASSERT_FALSE(!opened2);
+        EXPECT_EQ(expected, std::wstring(MRegKey(L"L3", opened2).GetRegStrD(L"view", L"none")));
     }
 }
 
