@@ -4,23 +4,24 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <cstdio>
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "CComRegistrar.h"
 #include "KeltoolProcess.h"
-#include "Logging.h"
+#include "TempFolder.h"
+#include "TestingUtility.h"
 
 namespace {
 
 const std::wstring kClasses = L"Software\\Classes\\";
 
+// Whether the key exists below the classes key of `root`, or below HKEY_CLASSES_ROOT itself.
 bool KeyExists(HKEY root, const std::wstring& path) {
     HKEY key = nullptr;
-    if (RegOpenKeyExW(root, (kClasses + path).c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
+    const std::wstring full = root == HKEY_CLASSES_ROOT ? path : kClasses + path;
+    if (RegOpenKeyExW(root, full.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
         return false;
     RegCloseKey(key);
     return true;
@@ -41,7 +42,7 @@ std::wstring GuidText(const GUID& guid) {
     return text;
 }
 
-class ComRegistrarTest : public ::testing::Test {
+class ComRegistrarTest : public TempFolderTest {
 protected:
     ComRegistrarTest() {
         CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
@@ -52,20 +53,22 @@ protected:
         m_server.progId = (m_progId + L".1").c_str();
         m_server.dll = (TestBinaryFolder() / L"kel_test_com_server.dll").wstring().c_str();
         m_server.description = L"Kel test server";
-        KelSDK::Common::Logging::GetLogger("lib.kelbase").AddSink(m_log);
     }
     ~ComRegistrarTest() override {
-        KelSDK::Common::Logging::GetLogger("lib.kelbase").RemoveSink(m_log);
         for (HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE})
-            for (const std::wstring& key : {L"CLSID\\" + ClassId(), m_progId + L".1", m_progId})
+            for (const std::wstring& key : Keys())
                 RegDeleteTreeW(root, (kClasses + key).c_str());
         CoUninitialize();
     }
 
     std::wstring ClassId() const { return m_server.clsid.GetString(); }
+    // The keys a registration writes, below the classes key.
+    std::vector<std::wstring> Keys() const {
+        return {L"CLSID\\" + ClassId(), m_progId + L".1", m_progId};
+    }
     // Whether anything of the registration is left below `root`.
     void ExpectNothingLeft(HKEY root) {
-        for (const std::wstring& key : {L"CLSID\\" + ClassId(), m_progId + L".1", m_progId}) {
+        for (const std::wstring& key : Keys()) {
             SCOPED_TRACE(key);
             EXPECT_FALSE(KeyExists(root, key));
         }
@@ -86,89 +89,68 @@ protected:
     CLSID m_clsid = {};
     std::wstring m_progId; // the version-independent ProgID
     CComRegistrar::Server m_server;
-    std::shared_ptr<KelSDK::Common::Logging::MemorySink> m_log =
-        std::make_shared<KelSDK::Common::Logging::MemorySink>();
+    TestingUtility m_log;
 };
 
-TEST_F(ComRegistrarTest, WritesTheClassKeysForUserAndMachine) {
+// Windows reads per-user classes through HKEY_CLASSES_ROOT before the machine's; Wine (8.0)
+// reads only the machine's. The server is created per user where the system reads per-user
+// classes, and always per machine, which shows the same path through the system's COM.
+TEST_F(ComRegistrarTest, ClassKeysServeTheServerUntilUnregistered) {
     for (CComRegistrar::Scope scope : {CComRegistrar::scopeUser, CComRegistrar::scopeMachine}) {
         SCOPED_TRACE(scope);
-        const HKEY root =
-            scope == CComRegistrar::scopeUser ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
-        const HKEY other = root == HKEY_CURRENT_USER ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
-        m_server.threading = scope == CComRegistrar::scopeUser ? CComRegistrar::threadingBoth
-                                                               : CComRegistrar::threadingApartment;
+        const bool user = scope == CComRegistrar::scopeUser;
+        const HKEY root = user ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
+        m_server.threading =
+            user ? CComRegistrar::threadingBoth : CComRegistrar::threadingApartment;
         CComRegistrar registrar(scope);
         ASSERT_EQ(1, registrar.Register(m_server)) << registrar.GetLastError();
         const std::wstring clsidKey = L"CLSID\\" + ClassId();
         EXPECT_EQ(L"Kel test server", Value(root, clsidKey));
         EXPECT_EQ(std::wstring(m_server.dll.GetString()),
                   Value(root, clsidKey + L"\\InprocServer32"));
-        EXPECT_EQ(scope == CComRegistrar::scopeUser ? L"Both" : L"Apartment",
+        EXPECT_EQ(user ? L"Both" : L"Apartment",
                   Value(root, clsidKey + L"\\InprocServer32", L"ThreadingModel"));
         EXPECT_EQ(m_progId + L".1", Value(root, clsidKey + L"\\ProgID"));
         EXPECT_EQ(m_progId, Value(root, clsidKey + L"\\VersionIndependentProgID"));
         EXPECT_EQ(ClassId(), Value(root, m_progId + L".1\\CLSID"));
         EXPECT_EQ(ClassId(), Value(root, m_progId + L"\\CLSID"));
         EXPECT_EQ(m_progId + L".1", Value(root, m_progId + L"\\CurVer"));
-        EXPECT_FALSE(KeyExists(other, clsidKey));
+        EXPECT_FALSE(KeyExists(user ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER, clsidKey));
+
+        if (KeyExists(HKEY_CLASSES_ROOT, clsidKey)) {
+            ExpectCreated(m_clsid);
+            for (const std::wstring& progId : {m_progId + L".1", m_progId}) {
+                SCOPED_TRACE(progId);
+                CLSID found = {};
+                ASSERT_EQ(S_OK, CLSIDFromProgID(progId.c_str(), &found));
+                ExpectCreated(found);
+            }
+        } else {
+            EXPECT_TRUE(user) << "the machine's classes are read";
+        }
 
         ASSERT_EQ(1, registrar.Unregister(m_server)) << registrar.GetLastError();
         ExpectNothingLeft(root);
-        // Unregistering again finds nothing to do.
-        EXPECT_EQ(1, registrar.Unregister(m_server));
-    }
-}
-
-// Windows reads per-user classes through HKEY_CLASSES_ROOT before the machine's; Wine (8.0)
-// reads only the machine's. Per user the server is created where the system reads per-user
-// classes, and always per machine, which shows the same path through the system's COM.
-TEST_F(ComRegistrarTest, ServerIsCreatedFromClassIdAndProgIdUntilUnregistered) {
-    for (CComRegistrar::Scope scope : {CComRegistrar::scopeUser, CComRegistrar::scopeMachine}) {
-        SCOPED_TRACE(scope);
-        CComRegistrar registrar(scope);
-        ASSERT_EQ(1, registrar.Register(m_server)) << registrar.GetLastError();
-        HKEY seen = nullptr;
-        if (RegOpenKeyExW(HKEY_CLASSES_ROOT, (L"CLSID\\" + ClassId()).c_str(), 0, KEY_READ,
-                          &seen) != ERROR_SUCCESS) {
-            EXPECT_EQ(CComRegistrar::scopeUser, scope) << "the machine's classes are read";
-            std::printf("Per-user classes are not read through HKEY_CLASSES_ROOT here: the "
-                        "server is created from its registration per machine only.\n");
-            EXPECT_EQ(1, registrar.Unregister(m_server));
-            continue;
-        }
-        RegCloseKey(seen);
-
-        ExpectCreated(m_clsid);
-        for (const std::wstring& progId : {m_progId + L".1", m_progId}) {
-            SCOPED_TRACE(progId);
-            CLSID found = {};
-            ASSERT_EQ(S_OK, CLSIDFromProgID(progId.c_str(), &found));
-            ExpectCreated(found);
-        }
-
-        ASSERT_EQ(1, registrar.Unregister(m_server)) << registrar.GetLastError();
         IUnknown* created = nullptr;
         EXPECT_EQ(REGDB_E_CLASSNOTREG,
                   CoCreateInstance(m_clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
                                    reinterpret_cast<void**>(&created)));
         CLSID found = {};
         EXPECT_EQ(CO_E_CLASSSTRING, CLSIDFromProgID((m_progId + L".1").c_str(), &found));
-        ExpectNothingLeft(scope == CComRegistrar::scopeUser ? HKEY_CURRENT_USER
-                                                            : HKEY_LOCAL_MACHINE);
+        // Unregistering again finds nothing to do.
+        EXPECT_EQ(1, registrar.Unregister(m_server));
     }
 }
 
 TEST_F(ComRegistrarTest, UnregisterLeavesWhatOthersWrote) {
     CComRegistrar registrar;
     ASSERT_EQ(1, registrar.Register(m_server));
-    const std::wstring clsidKey = kClasses + L"CLSID\\" + ClassId();
-    HKEY key = nullptr;
     // Another tool adds a subkey to the class and a value to the ProgID ...
-    ASSERT_EQ(ERROR_SUCCESS,
-              RegCreateKeyExW(HKEY_CURRENT_USER, (clsidKey + L"\\Implemented Categories").c_str(),
-                              0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr));
-    RegCloseKey(key);
+    ASSERT_EQ(
+        ERROR_SUCCESS,
+        RegSetKeyValueW(HKEY_CURRENT_USER,
+                        (kClasses + L"CLSID\\" + ClassId() + L"\\Implemented Categories").c_str(),
+                        L"x", REG_SZ, L"x", 4));
     ASSERT_EQ(ERROR_SUCCESS, RegSetKeyValueW(HKEY_CURRENT_USER, (kClasses + m_progId).c_str(),
                                              L"Extra", REG_SZ, L"x", 4));
     // ... and another server takes over the version-specific ProgID.
@@ -216,12 +198,12 @@ TEST_F(ComRegistrarTest, MalformedNamesAndMissingServersWriteNothing) {
         EXPECT_EQ(DWORD(ERROR_INVALID_PARAMETER), registrar.GetLastError());
     }
 
-    m_log->Clear();
+    m_log.Clear();
     CComRegistrar::Server missing = good;
     missing.dll = (TestBinaryFolder() / L"no_such_server.dll").wstring().c_str();
     EXPECT_EQ(0, registrar.Register(missing));
     EXPECT_EQ(DWORD(ERROR_FILE_NOT_FOUND), registrar.GetLastError());
-    const std::vector<std::wstring> logged = m_log->GetTexts();
+    const std::vector<std::wstring> logged = m_log.GetTexts();
     ASSERT_EQ(1u, logged.size());
     EXPECT_EQ(L"In CComRegistrar::Register() : no server \"" +
                   std::wstring(missing.dll.GetString()) + L"\" (error code 2)",
@@ -230,9 +212,7 @@ TEST_F(ComRegistrarTest, MalformedNamesAndMissingServersWriteNothing) {
 }
 
 TEST_F(ComRegistrarTest, KeltoolRegistersAndUnregisters) {
-    const std::filesystem::path scratch =
-        std::filesystem::temp_directory_path() / L"kel_com_keltool_test";
-    std::filesystem::create_directories(scratch);
+    const std::filesystem::path& scratch = m_folder;
     const std::wstring dll = m_server.dll.GetString();
     const std::wstring progId = m_progId + L".1";
 
@@ -263,8 +243,6 @@ TEST_F(ComRegistrarTest, KeltoolRegistersAndUnregisters) {
     EXPECT_EQ(1u, result.exitCode);
     EXPECT_NE(std::string::npos, result.err.find("(error code 2)")) << result.err;
     ExpectNothingLeft(HKEY_CURRENT_USER);
-    std::error_code ignored;
-    std::filesystem::remove_all(scratch, ignored);
 }
 
 TEST(CComRegistrar, VersionIndependentProgIdDropsOnlyANumericLastPart) {

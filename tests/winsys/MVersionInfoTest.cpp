@@ -100,11 +100,9 @@ TEST(MVersionInfo, WholeBlockGivesEveryPart) {
     EXPECT_TRUE(info.IsOpen());
     EXPECT_EQ(info.GetLastError(), 0u);
 
-    const MVersionInfo::FixedFileInfo& fixed = info.GetFixedFileInfo();
-    EXPECT_EQ(fixed.dwSignature, 0xFEEF04BDu);
-    EXPECT_EQ(fixed.dwFileFlagsMask, 0x3Fu);
-    EXPECT_EQ(fixed.dwFileType, 2u);
-    EXPECT_EQ(fixed.dwFileDateLS, 0x12345678u);
+    EXPECT_EQ(Bytes(reinterpret_cast<const char*>(&info.GetFixedFileInfo()),
+                    sizeof(MVersionInfo::FixedFileInfo)),
+              Fixed());
     EXPECT_EQ(info.GetFileVersion(), 0x0001000200030004ull);
     EXPECT_EQ(info.GetProductVersion(), 0x0005000600070008ull);
     EXPECT_STREQ(info.GetFileVersionText(), L"1.2.3.4");

@@ -1,36 +1,21 @@
-// keltool sysinfo and error as a user runs them, against what the system itself says.
+// keltool sysinfo and error as a user runs them, against what the system and the library say.
 #include <windows.h>
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
-#include <system_error>
 
 #include "KeltoolProcess.h"
+#include "MSysError.h"
 #include "StdBase.h"
+#include "TempFolder.h"
 
 namespace {
 
-namespace fs = std::filesystem;
+using SystemKeltool = TempFolderTest;
 
-// The system's own text of a code, as FormatMessageW gives it (line ends as keltool prints
-// them: CRLF).
-std::string SystemText(DWORD code) {
-    wchar_t* text = nullptr;
-    const DWORD length = FormatMessageW(
-        FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
-        nullptr, code, 0, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
-    std::wstring wide(text ? text : L"", length);
-    LocalFree(text);
-    return StdBase::ConvertUnicodeToUtf8(wide);
-}
-
-TEST(SystemKeltool, SysinfoAndErrorTexts) {
-    const fs::path scratch = fs::temp_directory_path() / L"kel_system_keltool";
-    fs::create_directories(scratch);
-
-    const KeltoolResult info = RunKeltool({L"sysinfo"}, scratch);
+TEST_F(SystemKeltool, SysinfoAndErrorTexts) {
+    const KeltoolResult info = RunKeltool({L"sysinfo"}, m_folder);
     EXPECT_EQ(info.exitCode, 0u) << info.err;
     MEMORYSTATUSEX memory = {};
     memory.dwLength = sizeof memory;
@@ -39,22 +24,21 @@ TEST(SystemKeltool, SysinfoAndErrorTexts) {
         << info.out;
     EXPECT_NE(info.out.find("system "), std::string::npos) << info.out;
 
+    // The first line of the library's text, which its own tests hold to the system's.
     for (const DWORD code : {2ul, 5ul, 32ul, 1223ul}) {
-        const std::string expected = SystemText(code);
-        ASSERT_FALSE(expected.empty()) << code;
-        const KeltoolResult error = RunKeltool({L"error", std::to_wstring(code)}, scratch);
+        const std::wstring text = MSysError(code).GetText();
+        ASSERT_FALSE(text.empty()) << code;
+        const KeltoolResult error = RunKeltool({L"error", std::to_wstring(code)}, m_folder);
         EXPECT_EQ(error.exitCode, 0u) << code;
-        EXPECT_NE(error.out.find(expected.substr(0, expected.find('\r'))), std::string::npos)
+        EXPECT_NE(error.out.find(StdBase::ConvertUnicodeToUtf8(text.substr(0, text.find(L'\r')))),
+                  std::string::npos)
             << code << ": " << error.out;
     }
-    EXPECT_EQ(RunKeltool({L"error", L"0x20"}, scratch).out,
-              RunKeltool({L"error", L"32"}, scratch).out);
-    const KeltoolResult bad = RunKeltool({L"error", L"five"}, scratch);
+    EXPECT_EQ(RunKeltool({L"error", L"0x20"}, m_folder).out,
+              RunKeltool({L"error", L"32"}, m_folder).out);
+    const KeltoolResult bad = RunKeltool({L"error", L"five"}, m_folder);
     EXPECT_EQ(bad.exitCode, 2u);
     EXPECT_NE(bad.err.find("five"), std::string::npos) << bad.err;
-
-    std::error_code ignored; // keltool's output files may still be closing
-    fs::remove_all(scratch, ignored);
 }
 
 } // namespace
