@@ -65,7 +65,6 @@ TEST(MSystemNames, ServicePacksStarterEditionsAndUnlistedCodes) {
     const std::vector<std::tuple<Facts, bool, std::wstring>> cases = {
         {MakeFacts(6, 1, 1, false, 48), true,
          L"Windows 7 Professional Edition x64, Service Pack 1"},
-        {MakeFacts(6, 1, 0, false, 48), true, L"Windows 7 Professional Edition x64"},
         {MakeFacts(6, 1, 1, true, 7), true,
          L"Windows Server 2008 R2 Standard Edition x64, Service Pack 1"},
         {MakeFacts(6, 0, 1, false, 6), true, L"Windows Vista Business Edition x64"},
@@ -75,7 +74,6 @@ TEST(MSystemNames, ServicePacksStarterEditionsAndUnlistedCodes) {
         // Later versions are named as the newest one known; no service pack there.
         {MakeFacts(10, 0, 3, false, 101), true, L"Windows 10 Home x64"},
         {MakeFacts(11, 2, 0, false, 4), true, L"Windows 10 Enterprise x64"},
-        {MakeFacts(6, 3, 0, false, 48), true, L"Windows 8.1 Professional Edition x64"},
         // A Windows 10 workstation with an unlisted code is still Windows 10.
         {MakeFacts(10, 0, 0, false, 0x79), true, L"Windows 10 x64"},
         // Starter editions are named but not reported as recognised, without bitness.

@@ -82,9 +82,10 @@ size_t ExpectAgreesWithSystem(const MVersionInfo& info, const std::wstring& file
     UINT length = 0;
     const auto* fixed = static_cast<const DWORD*>(system.Query(L"\\", length));
     const DWORD* mine = &info.GetFixedFileInfo().dwSignature;
+    const size_t fields = sizeof(VS_FIXEDFILEINFO) / 4;
     if (fixed && length >= sizeof(VS_FIXEDFILEINFO))
-        for (size_t i = 0; i < sizeof(VS_FIXEDFILEINFO) / 4; ++i)
-            EXPECT_EQ(mine[i], fixed[i]) << "field " << i;
+        EXPECT_EQ(std::vector<DWORD>(mine, mine + fields),
+                  std::vector<DWORD>(fixed, fixed + fields));
     else
         EXPECT_EQ(info.GetFixedFileInfo().dwSignature, 0u);
 
