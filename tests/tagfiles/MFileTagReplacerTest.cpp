@@ -17,24 +17,25 @@ namespace {
 // A file with tags at three depths, repeated names and an empty tag; built from its parts so
 // that an expected file is the same expression with one part changed.
 struct Sample {
-    std::string data0 = "raw-zero", leaf = "", note = "abc", data1 = "raw-one!";
-    std::string mesh0Tail = "", tail = Tag("TAIL", 1, "end"), afterHead = "";
+    std::string data0 = "raw-zero", leaf = "", data1 = "raw-one!";
+    std::string afterHead = "", beforeLeaf = "", mesh0Tail = "";
+    std::string note = Tag("NOTE", 2, "abc"), tail = Tag("TAIL", 1, "end");
 
-    std::string Mesh0() const {
-        return Tag("MESH", 2, Tag("DATA", 2, data0) + Tag("LEAF", 2, leaf) + mesh0Tail);
-    }
     std::string Bytes() const {
-        return Head(2, 1) + afterHead + Tag("BODY", 2, Mesh0() + Tag("NOTE", 2, note)) +
+        const std::string mesh0 =
+            Tag("MESH", 2, Tag("DATA", 2, data0) + beforeLeaf + Tag("LEAF", 2, leaf) + mesh0Tail);
+        return Head(2, 1) + afterHead + Tag("BODY", 2, mesh0 + note) +
                Tag("BODY", 2, Tag("MESH", 2, Tag("DATA", 2, data1))) + tail;
     }
 };
+
+using Edits = std::function<void(MFileTagReplacer&, MFileTagged&)>;
 
 class ReplacerTest : public TagRewriteTest {
 protected:
     // Writes `original` as "t.kel", opens it, makes the edits and applies them; the file as it
     // is afterwards.
-    std::string Edit(const std::string& original,
-                     const std::function<void(MFileTagReplacer&, MFileTagged&)>& edits) {
+    std::string Edit(const std::string& original, const Edits& edits) {
         WriteRaw(L"t.kel", original);
         MFileTagReplacer replacer;
         EXPECT_TRUE(replacer.Open(MFileName(L"t.kel")));
@@ -42,6 +43,12 @@ protected:
         EXPECT_TRUE(replacer.Apply());
         EXPECT_EQ(0u, replacer.GetEditCount());
         return ReadRaw(L"t.kel");
+    }
+
+    static size_t Find(MFileTagged& file, const char* name, unsigned long occurrence) {
+        const size_t index = file.Find(MTag(name), 0, occurrence);
+        EXPECT_NE(MFileTagged::NONE, index) << name << " " << occurrence;
+        return index;
     }
 };
 
@@ -68,8 +75,6 @@ TEST_F(ReplacerTest, FileTaggedListsFindsAndReads) {
     EXPECT_EQ(3u, file.Find(MTag("DATA", 2, 0), 2, 0));
     EXPECT_EQ(8u, file.Find(MTag("DATA", 2, 7), 2, 1));
     EXPECT_EQ(MFileTagged::NONE, file.Find(MTag("DATA", 2, 0), 2, 2));
-    EXPECT_EQ(MFileTagged::NONE, file.Find(MTag("TAIL", 2, 0), 2, 0)) << "major 1 only";
-    EXPECT_EQ(9u, file.Find(MTag("TAIL", 2, 0), 1, 0)) << "a lower major passes mode 1";
     EXPECT_EQ(9u, file.Find(MTag("TAIL", 7, 0), 0, 0)) << "any version";
     EXPECT_EQ(MFileTagged::NONE, file.Find(MTag(""), 0, 0));
 
@@ -93,74 +98,54 @@ TEST_F(ReplacerTest, FileTaggedListsFindsAndReads) {
 
 TEST_F(ReplacerTest, EditsChangeTheirTagsAndTheLengthsAroundThem) {
     const Sample original;
-    auto find = [](MFileTagged& file, const char* name, unsigned long occurrence) {
-        const size_t index = file.Find(MTag(name), 0, occurrence);
-        EXPECT_NE(MFileTagged::NONE, index) << name << " " << occurrence;
-        return index;
-    };
-
-    Sample replaced = original;
-    replaced.data1 = "replaced by something longer";
-    EXPECT_EQ(replaced.Bytes(), Edit(original.Bytes(), [&](MFileTagReplacer& r, MFileTagged& f) {
-                  const std::string data = "replaced by something longer";
-                  EXPECT_TRUE(r.Replace(find(f, "DATA", 1), data.data(), data.size()));
-              }));
-
-    Sample emptied = original;
-    emptied.data0 = "";
-    EXPECT_EQ(emptied.Bytes(), Edit(original.Bytes(), [&](MFileTagReplacer& r, MFileTagged& f) {
-                  EXPECT_TRUE(r.Replace(find(f, "DATA", 0), nullptr, 0));
-              }));
-
-    const std::string withoutNote = Head(2, 1) + Tag("BODY", 2, original.Mesh0()) +
-                                    Tag("BODY", 2, Tag("MESH", 2, Tag("DATA", 2, "raw-one!"))) +
-                                    original.tail;
-    EXPECT_EQ(withoutNote, Edit(original.Bytes(), [&](MFileTagReplacer& r, MFileTagged& f) {
-                  EXPECT_TRUE(r.Remove(find(f, "NOTE", 0)));
-              }));
-
-    // Before the leaf, inside the leaf (of length 0), after the last tag of the file.
     const MTag added("NEW", 2, 0);
-    const std::string insertedBefore =
-        Head(2, 1) +
-        Tag("BODY", 2,
-            Tag("MESH", 2, Tag("DATA", 2, "raw-zero") + Tag("NEW", 2, "x") + Tag("LEAF", 2, "")) +
-                Tag("NOTE", 2, "abc")) +
-        Tag("BODY", 2, Tag("MESH", 2, Tag("DATA", 2, "raw-one!"))) + original.tail;
-    EXPECT_EQ(insertedBefore, Edit(original.Bytes(), [&](MFileTagReplacer& r, MFileTagged& f) {
-                  EXPECT_TRUE(
-                      r.Insert(find(f, "LEAF", 0), MFileTagReplacer::Before, added, "x", 1));
-              }));
-    Sample inLeaf = original;
-    inLeaf.leaf = Tag("NEW", 2, "yz");
-    EXPECT_EQ(inLeaf.Bytes(), Edit(original.Bytes(), [&](MFileTagReplacer& r, MFileTagged& f) {
-                  EXPECT_TRUE(
-                      r.Insert(find(f, "LEAF", 0), MFileTagReplacer::Inside, added, "yz", 2));
-              }));
-    Sample atEnd = original;
-    atEnd.tail += Tag("NEW", 2, "");
-    EXPECT_EQ(atEnd.Bytes(), Edit(original.Bytes(), [&](MFileTagReplacer& r, MFileTagged& f) {
-                  EXPECT_TRUE(r.Insert(find(f, "TAIL", 0), MFileTagReplacer::After, added, "", 0));
-              }));
+    const std::string longer = "replaced by something longer";
+    // The file edited in one way is the original with one part changed.
+    Sample expected = original;
+    auto check = [&](const Edits& edits) {
+        EXPECT_EQ(expected.Bytes(), Edit(original.Bytes(), edits));
+        expected = original;
+    };
+    expected.data1 = longer;
+    check([&](MFileTagReplacer& r, MFileTagged& f) {
+        EXPECT_TRUE(r.Replace(Find(f, "DATA", 1), longer.data(), longer.size()));
+    });
+    expected.data0 = "";
+    check([](MFileTagReplacer& r, MFileTagged& f) {
+        EXPECT_TRUE(r.Replace(Find(f, "DATA", 0), nullptr, 0));
+    });
+    expected.note = "";
+    check([](MFileTagReplacer& r, MFileTagged& f) { EXPECT_TRUE(r.Remove(Find(f, "NOTE", 0))); });
+    // Before the leaf, inside the leaf (of length 0), after the last tag of the file.
+    expected.beforeLeaf = Tag("NEW", 2, "x");
+    check([&](MFileTagReplacer& r, MFileTagged& f) {
+        EXPECT_TRUE(r.Insert(Find(f, "LEAF", 0), MFileTagReplacer::Before, added, "x", 1));
+    });
+    expected.leaf = Tag("NEW", 2, "yz");
+    check([&](MFileTagReplacer& r, MFileTagged& f) {
+        EXPECT_TRUE(r.Insert(Find(f, "LEAF", 0), MFileTagReplacer::Inside, added, "yz", 2));
+    });
+    expected.tail += Tag("NEW", 2, "");
+    check([&](MFileTagReplacer& r, MFileTagged& f) {
+        EXPECT_TRUE(r.Insert(Find(f, "TAIL", 0), MFileTagReplacer::After, added, "", 0));
+    });
 
     // Several edits in one pass, some at one place: inside the first mesh (as its last child)
     // and after the leaf, which is its last child too, in the order asked; after the head; the
     // tail removed; a replacement from a file.
     WriteRaw(L"data.bin", std::string(70000, 'd'));
-    Sample many = original;
-    many.mesh0Tail = Tag("NEW", 2, "in") + Tag("NEW", 2, "after");
-    many.afterHead = Tag("NEW", 2, "first");
-    many.tail = "";
-    many.data1 = std::string(70000, 'd');
-    EXPECT_EQ(
-        many.Bytes(), Edit(original.Bytes(), [&](MFileTagReplacer& r, MFileTagged& f) {
-            EXPECT_TRUE(r.Insert(find(f, "MESH", 0), MFileTagReplacer::Inside, added, "in", 2));
-            EXPECT_TRUE(r.Remove(find(f, "TAIL", 0)));
-            EXPECT_TRUE(r.Insert(find(f, "LEAF", 0), MFileTagReplacer::After, added, "after", 5));
-            EXPECT_TRUE(r.Insert(0, MFileTagReplacer::After, added, "first", 5));
-            EXPECT_TRUE(r.Replace(find(f, "DATA", 1), MFileName(L"data.bin")));
-            EXPECT_EQ(5u, r.GetEditCount());
-        }));
+    expected.mesh0Tail = Tag("NEW", 2, "in") + Tag("NEW", 2, "after");
+    expected.afterHead = Tag("NEW", 2, "first");
+    expected.tail = "";
+    expected.data1 = std::string(70000, 'd');
+    check([&](MFileTagReplacer& r, MFileTagged& f) {
+        EXPECT_TRUE(r.Insert(Find(f, "MESH", 0), MFileTagReplacer::Inside, added, "in", 2));
+        EXPECT_TRUE(r.Remove(Find(f, "TAIL", 0)));
+        EXPECT_TRUE(r.Insert(Find(f, "LEAF", 0), MFileTagReplacer::After, added, "after", 5));
+        EXPECT_TRUE(r.Insert(0, MFileTagReplacer::After, added, "first", 5));
+        EXPECT_TRUE(r.Replace(Find(f, "DATA", 1), MFileName(L"data.bin")));
+        EXPECT_EQ(5u, r.GetEditCount());
+    });
 
     // The replacer reads the file again after writing it.
     WriteRaw(L"t.kel", original.Bytes());
@@ -224,7 +209,7 @@ TEST_F(ReplacerTest, RefusesEditsThatDoNotFit) {
 TEST_F(ReplacerTest, ApplyNeverLosesTheFile) {
     Sample original;
     original.data0 = std::string(3u << 20, 'z'); // polled for an abort while copied
-    original.note = std::string(300000, 'n');
+    original.note = Tag("NOTE", 2, std::string(300000, 'n'));
     Sample result = original;
     result.data1 = std::string(400000, 'r');
     result.leaf = Tag("NEW", 2, "leaf");

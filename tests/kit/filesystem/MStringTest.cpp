@@ -1,4 +1,5 @@
 #include "MString.h"
+#include "StdBase.h"
 #include "TempFolder.h"
 
 TEST(MStringTest, NullTextIsEmptyAndFormatTakesWideStrings) {
@@ -50,39 +51,27 @@ TEST_F(MStringIniTest, AnsiFileLookups) {
     EXPECT_EQ(L"<missing>", Load(L"nofile.ini", L"Orvano", L"Empty"));
 }
 
-TEST_F(MStringIniTest, ByteOrderMarks) {
-    // "[S]\r\nKey=Gr\u00fc\u00dfe \u20ac \U0001F600\r\n" in each Unicode form.
-    const std::wstring expected = L"Gr\u00fc\u00dfe \u20ac \U0001F600";
-    WriteRaw(L"utf8.ini", "\xEF\xBB\xBF[S]\r\nKey=Gr\xC3\xBC\xC3\x9F"
-                          "e \xE2\x82\xAC \xF0\x9F\x98\x80\r\n");
-    EXPECT_EQ(expected, Load(L"utf8.ini", L"s", L"key"));
-    std::string utf16 = "\xFF\xFE";
-    for (char16_t unit : std::u16string(u"[S]\r\nKey=Gr\u00fc\u00dfe \u20ac \U0001F600\r\n")) {
-        utf16 += static_cast<char>(unit & 0xFF);
-        utf16 += static_cast<char>(unit >> 8);
-    }
-    WriteRaw(L"utf16.ini", utf16);
-    EXPECT_EQ(expected, Load(L"utf16.ini", L"S", L"KEY"));
+// Each Unicode form, with or without its mark; malformed sequences become replacement
+// characters instead of ending the value.
+TEST_F(MStringIniTest, Encodings) {
+    const std::wstring text = L"[S]\r\nKey=Gr\u00fc\u00dfe \u20ac \U0001F600\r\n";
+    WriteRaw(L"utf8.ini", "\xEF\xBB\xBF" + StdBase::ConvertUnicodeToUtf8(text));
+    EXPECT_EQ(L"Gr\u00fc\u00dfe \u20ac \U0001F600", Load(L"utf8.ini", L"s", L"key"));
+    WriteRaw(L"utf16.ini", "\xFF\xFE" + StdBase::ConvertUnicodeToUtf16Le(text));
+    EXPECT_EQ(L"Gr\u00fc\u00dfe \u20ac \U0001F600", Load(L"utf16.ini", L"S", L"KEY"));
+    // Valid UTF-8 beyond ASCII is UTF-8 without a signature too; a lone "\r" ends a line.
+    WriteRaw(L"nosig.ini", "top=first\r\n[S]\rKey=Gr\xC3\xBC\xC3\x9F"
+                           "e\n");
+    EXPECT_EQ(L"Gr\u00fc\u00dfe", Load(L"nosig.ini", L"s", L"key"));
+    EXPECT_EQ(L"first", Load(L"nosig.ini", L"", L"top"));
+    EXPECT_EQ(L"<missing>", Load(L"nosig.ini", L"S", L"top"));
 
-    // Malformed sequences become replacement characters instead of ending the value.
     WriteRaw(L"bad8.ini", "\xEF\xBB\xBF[S]\nKey=a\xC0\xAF"
                           "b\xE2\x82\r\nNext=n\n");
     EXPECT_EQ(L"a\uFFFD\uFFFDb\uFFFD", Load(L"bad8.ini", L"S", L"Key"));
     EXPECT_EQ(L"n", Load(L"bad8.ini", L"S", L"Next"));
     WriteRaw(L"bad16.ini", std::string("\xFF\xFE[\0S\0]\0\n\0K\0=\0\x00\xD8x\0", 18));
     EXPECT_EQ(L"\uFFFDx", Load(L"bad16.ini", L"S", L"K"));
-    // Without a mark the first line's bytes are not mistaken for one.
-    WriteRaw(L"nobom.ini", "[S]\nKey=plain\n");
-    EXPECT_EQ(L"plain", Load(L"nobom.ini", L"S", L"Key"));
     WriteRaw(L"empty.ini", "");
     EXPECT_EQ(L"<missing>", Load(L"empty.ini", L"S", L"Key"));
-}
-
-TEST_F(MStringIniTest, Utf8WithoutSignatureAndKeysBeforeTheFirstHeader) {
-    // Valid UTF-8 with characters beyond ASCII is UTF-8, not text in the code page.
-    WriteRaw(L"nosig.ini", "top=first\r\n[S]\rKey=Gr\xC3\xBC\xC3\x9F"
-                           "e\n");
-    EXPECT_EQ(L"Gr\u00fc\u00dfe", Load(L"nosig.ini", L"s", L"key")); // a lone "\r" ends a line
-    EXPECT_EQ(L"first", Load(L"nosig.ini", L"", L"top"));
-    EXPECT_EQ(L"<missing>", Load(L"nosig.ini", L"S", L"top"));
 }

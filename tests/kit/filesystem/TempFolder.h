@@ -1,5 +1,6 @@
 #pragma once
-// A fresh folder per test under the system's temporary folder, removed afterwards.
+// A fresh folder per test under the system's temporary folder, removed afterwards. Its name
+// holds the process id, so that two checkouts running one test at once keep apart.
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -7,12 +8,15 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 class TempFolderTest : public ::testing::Test {
 protected:
     void SetUp() override {
         const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
         m_folder = std::filesystem::temp_directory_path() /
-                   (std::string("kelfs_") + info->test_suite_name() + "_" + info->name());
+                   (std::string("kelfs_") + info->test_suite_name() + "_" + info->name() + "_" +
+                    std::to_string(getpid()));
         std::filesystem::remove_all(m_folder);
         std::filesystem::create_directories(m_folder);
     }

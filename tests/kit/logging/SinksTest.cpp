@@ -1,4 +1,5 @@
 #include "Logging.h"
+#include "TempFolder.h"
 
 #include <filesystem>
 #include <fstream>
@@ -20,15 +21,14 @@ std::string AfterTimestamp(const std::string& line) {
 
 } // namespace
 
-TEST(FileSink, AppendsOneFlushedUtf8LinePerMessage) {
-    const fs::path folder = fs::temp_directory_path() / "kel-logging-filesink";
-    fs::remove_all(folder);
-    fs::create_directories(folder);
+using FileSinkTest = TempFolderTest;
+
+TEST_F(FileSinkTest, AppendsOneFlushedUtf8LinePerMessage) {
     // A name outside ASCII; natively the sink stores wide names as UTF-8.
-    const fs::path file = folder / fs::u8path("log\xC3\xA9.txt");
+    const fs::path file = m_folder / fs::u8path("log\xC3\xA9.txt");
     std::ofstream(file, std::ios::binary) << "earlier line\n";
     Logger& logger = GetLogger("test.file");
-    auto sink = std::make_shared<FileSink>(folder.wstring() + L"/log\x00E9.txt");
+    auto sink = std::make_shared<FileSink>(m_folder.wstring() + L"/log\x00E9.txt");
     ASSERT_TRUE(sink->IsOpen());
     logger.AddSink(sink);
     LogMessage(logger, LogSeverity::Error, L"In MFoo::Bar() : caf\x00E9 \x20AC");
@@ -49,11 +49,10 @@ TEST(FileSink, AppendsOneFlushedUtf8LinePerMessage) {
     sink.reset();
 
     // A file that cannot be opened drops messages quietly.
-    FileSink nowhere((folder / L"missing" / L"log.txt").wstring());
+    FileSink nowhere((m_folder / L"missing" / L"log.txt").wstring());
     EXPECT_FALSE(nowhere.IsOpen());
     nowhere.Write("test.file", LogSeverity::Error, L"nowhere");
-    EXPECT_FALSE(fs::exists(folder / L"missing"));
-    fs::remove_all(folder);
+    EXPECT_FALSE(fs::exists(m_folder / L"missing"));
 }
 
 #ifndef _WIN32

@@ -52,41 +52,35 @@ TEST(Utf8Conversion, EncodesEveryLengthAndReplacesLoneSurrogates) {
 }
 
 // Malformed UTF-8 costs one U+FFFD per maximal subpart, so a broken sequence never swallows
-// the character after it; a UTF-16LE text cut inside a unit ends in one U+FFFD.
+// the character after it; text is valid exactly when decoding loses nothing.
 TEST(Utf8Conversion, DecodingReplacesEachMaximalSubpart) {
-    const auto utf8 = [](const std::string& bytes) {
-        return StdBase::ConvertUtf8ToUnicode(bytes.data(), bytes.size());
-    };
-    const std::wstring three(3, L'\xFFFD');
-    EXPECT_EQ(three + L"x", utf8("\xED\xA0\x80x"));         // a surrogate
-    EXPECT_EQ(three + L"x", utf8("\xE0\x80\x80x"));         // overlong
-    EXPECT_EQ(three + L"\xFFFD", utf8("\xF4\x90\x80\x80")); // above U+10FFFF
-    EXPECT_EQ(L"\xFFFD\x00E9", utf8("\xE2\x82\xC3\xA9"));   // cut short, then a whole one
-    EXPECT_EQ(L"\xFFFD\xFFFD", utf8("\xC0\xAF"));
-    const unsigned char odd[] = {'A', 0, 'B'};
-    EXPECT_EQ(L"A\xFFFD", StdBase::ConvertUtf16LeToUnicode(odd, sizeof odd));
-}
-
-TEST(Utf8Conversion, ValidityMatchesTheDecoder) {
+    const std::wstring bad(1, L'\xFFFD');
     const struct {
         const char* name;
         std::string bytes;
-        bool valid;
-    } cases[] = {{"empty", "", true},
-                 {"ASCII", "plain", true},
-                 {"every length", "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", true},
-                 {"replacement character itself", "\xEF\xBF\xBD", true},
-                 {"surrogate", "\xED\xA0\x80", false},
-                 {"overlong", "\xC0\xAF", false},
-                 {"above U+10FFFF", "\xF4\x90\x80\x80", false},
-                 {"cut at the end", "a\xE2\x82", false},
-                 {"code page 1252", "caf\xE9", false}};
+        std::wstring decoded; // empty: the bytes are valid
+    } cases[] = {{"empty", "", L""},
+                 {"every length", "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", L""},
+                 {"replacement character itself", "\xEF\xBF\xBD", L""},
+                 {"surrogate", "\xED\xA0\x80x", bad + bad + bad + L"x"},
+                 {"overlong", "\xE0\x80\x80x", bad + bad + bad + L"x"},
+                 {"above U+10FFFF", "\xF4\x90\x80\x80", bad + bad + bad + bad},
+                 {"cut short, then a whole one", "\xE2\x82\xC3\xA9", bad + L"\x00E9"},
+                 {"cut at the end", "a\xE2\x82", L"a" + bad},
+                 {"lead byte of two", "\xC0\xAF", bad + bad},
+                 {"code page 1252", "caf\xE9", L"caf" + bad}};
     for (const auto& c : cases) {
-        EXPECT_EQ(c.valid, StdBase::IsUtf8(c.bytes.data(), c.bytes.size())) << c.name;
+        SCOPED_TRACE(c.name);
         const std::wstring decoded = StdBase::ConvertUtf8ToUnicode(c.bytes.data(), c.bytes.size());
-        // Valid exactly when decoding loses nothing.
-        EXPECT_EQ(c.valid, StdBase::ConvertUnicodeToUtf8(decoded) == c.bytes) << c.name;
+        EXPECT_EQ(c.decoded.empty(), StdBase::IsUtf8(c.bytes.data(), c.bytes.size()));
+        if (!c.decoded.empty())
+            EXPECT_EQ(c.decoded, decoded);
+        else
+            EXPECT_EQ(c.bytes, StdBase::ConvertUnicodeToUtf8(decoded));
     }
+    // A UTF-16LE text cut inside a unit ends in one U+FFFD.
+    const unsigned char odd[] = {'A', 0, 'B'};
+    EXPECT_EQ(L"A\xFFFD", StdBase::ConvertUtf16LeToUnicode(odd, sizeof odd));
 }
 
 TEST(Utf16Conversion, EncodesPairsAndRoundTrips) {
