@@ -52,7 +52,6 @@ inline constexpr IniEntry kHandWrittenValues[] = {
     {L"last", L"end", L"final"},   // no line end at the end of the file
     {L"Sp", L"only", kMissing},    // only the first section of a name counts
     {L"sp", L"noeq", kMissing},    // no '=', no key
-    {L"sp", L"; c", kMissing},     // comments are no keys
     {L"Unclosed", L"x", kMissing}, // "[Unclosed" is no header
     {L"nosuch", L"key", kMissing},
 };

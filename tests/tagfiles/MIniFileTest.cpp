@@ -51,6 +51,8 @@ TEST(MIniFileTest, LooksUpAsTheProfileFunctions) {
     EXPECT_FALSE(Parsed("[a]\r\nk=1\r\n").HasSection(L""));
     EXPECT_EQ(bytes, ini.GetBytes()); // unchanged bytes come back as they were
     EXPECT_FALSE(ini.IsModified());
+    // Comments are no keys (the system's lookup finds them by name, but does not list them).
+    EXPECT_FALSE(ini.HasKey(L"sp", L"; c"));
     // A nameless key, and a lone "\r" that ends a line.
     const MIniFile more = Parsed("[s]\r=nameless\rcr=alone");
     EXPECT_EQ(L"nameless", more.GetString(L"s", L"", kMissing));
