@@ -10,17 +10,13 @@
 
 #include <gtest/gtest.h>
 
+#include "FileChecksWin.h"
 #include "KeltoolProcess.h"
 #include "TempFolder.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-bool IsFolder(const std::wstring& path) {
-    const DWORD attributes = GetFileAttributesW(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
-}
 
 // "kelmora.ini" beside the test executable while the object lives.
 class SettingsFile {

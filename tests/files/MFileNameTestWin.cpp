@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "FileChecksWin.h"
 #include "GeneratedPaths.h"
 #include "PathGrammar.h"
 #include "TempFolder.h"
@@ -13,10 +14,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-bool Exists(const std::wstring& path) {
-    return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
-}
 
 // Starts a program in a folder, then waits until done() holds: under Wine a host program runs
 // on its own, without a handle to wait for. False at once when there is no such program.
@@ -30,9 +27,7 @@ bool RunUntil(std::wstring commandLine, const std::wstring& folder, Condition do
         return false;
     CloseHandle(process.hThread);
     CloseHandle(process.hProcess);
-    for (int i = 0; i < 50 && !done(); ++i)
-        Sleep(100);
-    return done();
+    return Eventually(done);
 }
 
 using MFileNameFiles = TempFolderTest;

@@ -10,23 +10,13 @@
 
 #include <gtest/gtest.h>
 
+#include "FileChecksWin.h"
 #include "KeltoolProcess.h"
 #include "TempFolder.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-bool Exists(const fs::path& path) {
-    return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
-}
-
-// Polls until `done` holds, for at most 20 s.
-template <class Condition> bool Eventually(Condition done) {
-    for (int i = 0; i < 200 && !done(); ++i)
-        Sleep(100);
-    return done();
-}
 
 // Each test's cleaners work below its own folder, which stands in for the temporary root.
 class TempCleanerTest : public TempFolderTest {

@@ -9,12 +9,9 @@
 #include <string>
 
 #include "MTempCleaner.h"
+#include "StdBase.h"
 
 namespace {
-
-std::wstring Wide(const char* text) {
-    return std::wstring(text, text + std::strlen(text));
-}
 
 bool WriteMarker(const CString& folder) {
     const HANDLE file = CreateFileW(folder + L"\\marker.txt", GENERIC_WRITE, 0, nullptr,
@@ -34,7 +31,7 @@ bool HasMarker(const CString& folder) {
 
 int main(int argc, char** argv) {
     if (argc == 3 && std::strcmp(argv[1], "hold") == 0) {
-        MTempCleaner cleaner(Wide(argv[2]).c_str());
+        MTempCleaner cleaner(StdBase::ConvertAnsiToUnicode(argv[2]).c_str());
         cleaner.Init();
         if (!cleaner.IsInitialised() || !WriteMarker(cleaner.GetCurPath()))
             return 1;
@@ -46,7 +43,7 @@ int main(int argc, char** argv) {
         const int rounds = std::atoi(argv[3]);
         int lost = 0;
         for (int round = 0; round < rounds; ++round) {
-            MTempCleaner cleaner(Wide(argv[2]).c_str());
+            MTempCleaner cleaner(StdBase::ConvertAnsiToUnicode(argv[2]).c_str());
             cleaner.Init();
             if (!cleaner.IsInitialised() || !WriteMarker(cleaner.GetCurPath())) {
                 ++lost;

@@ -161,7 +161,7 @@ TEST_F(ReplacerTest, EditsChangeTheirTagsAndTheLengthsAroundThem) {
 TEST_F(ReplacerTest, RefusesEditsThatDoNotFit) {
     const std::string original = Sample().Bytes();
     WriteRaw(L"t.kel", original);
-    LogCapture log;
+    TestingUtility log;
     MFileTagReplacer replacer;
     EXPECT_FALSE(replacer.Remove(1)) << "nothing open";
     ASSERT_TRUE(replacer.Open(MFileName(L"t.kel")));
@@ -186,11 +186,12 @@ TEST_F(ReplacerTest, RefusesEditsThatDoNotFit) {
     EXPECT_EQ(3u, replacer.GetEditCount());
     EXPECT_EQ(original, ReadRaw(L"t.kel")) << "nothing is written before Apply";
     EXPECT_TRUE(
-        log.Has(L"In MFileTagReplacer::Insert() : The tag 3 (DATA) holds raw data, no tags"));
-    EXPECT_TRUE(log.Has(L"In MFileTagReplacer::Replace() : The edit of tag 3 (DATA) goes against "
-                        L"an edit pending"));
-    EXPECT_TRUE(log.Has(L"In MFileTagReplacer::Remove() : The head tag takes no edit but an "
-                        L"insertion after it"));
+        Logged(log, L"In MFileTagReplacer::Insert() : The tag 3 (DATA) holds raw data, no tags"));
+    EXPECT_TRUE(Logged(log,
+                       L"In MFileTagReplacer::Replace() : The edit of tag 3 (DATA) goes against "
+                       L"an edit pending"));
+    EXPECT_TRUE(Logged(log, L"In MFileTagReplacer::Remove() : The head tag takes no edit but an "
+                            L"insertion after it"));
 #ifndef _WIN32
     // Windows keeps others from writing to a file opened for rewriting; elsewhere a file that
     // changed since it was read is left as it now is, and the edits stay.
@@ -200,7 +201,7 @@ TEST_F(ReplacerTest, RefusesEditsThatDoNotFit) {
     EXPECT_EQ(changed, ReadRaw(L"t.kel"));
     EXPECT_EQ(3u, replacer.GetEditCount());
     EXPECT_TRUE(
-        log.Has(L"In MFileTagReplacer::Apply() : The file 't.kel' changed since it was read"));
+        Logged(log, L"In MFileTagReplacer::Apply() : The file 't.kel' changed since it was read"));
 #endif
 }
 
@@ -224,13 +225,14 @@ TEST_F(ReplacerTest, ApplyNeverLosesTheFile) {
                                MTag("NEW", 2, 0), "leaf", 4) &&
                replacer.Apply();
     };
-    LogCapture log;
+    TestingUtility log;
     EXPECT_LE(5, RunIntoEachCall(Injected::Failure, L"t.kel", original.Bytes(), result.Bytes(),
                                  L"replace", apply));
-    EXPECT_TRUE(log.Has(L"In MFileTagReplacer::Apply() : Error writing to file 't.kel"));
+    EXPECT_TRUE(Logged(log, L"In MFileTagReplacer::Apply() : Error writing to file 't.kel"));
     EXPECT_LE(3, RunIntoEachCall(Injected::Abort, L"t.kel", original.Bytes(), result.Bytes(),
                                  L"replace", apply));
-    EXPECT_TRUE(log.Has(
+    EXPECT_TRUE(Logged(
+        log,
         L"In MFileTagReplacer::Apply() : Aborted by the user, the file 't.kel' is left as it was"));
 }
 

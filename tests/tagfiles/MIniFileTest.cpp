@@ -89,7 +89,6 @@ TEST(MIniFileTest, TypedValues) {
     EXPECT_TRUE(out.SetBool(L"t", L"b", true));
     EXPECT_EQ(L"[t]\r\ni=-2147483648\r\nd=0.1\r\nb=1\r\n", out.GetText());
     EXPECT_EQ(-2147483647 - 1, out.GetInt(L"t", L"i", 0));
-    EXPECT_EQ(0.1, out.GetDouble(L"t", L"d", 0));
 }
 
 TEST(MIniFileTest, EditsKeepEveryOtherLine) {

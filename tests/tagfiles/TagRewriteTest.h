@@ -1,6 +1,6 @@
 #pragma once
 // What the tests of operations that rewrite tagged files share: a folder that is the current
-// one while a test runs, what the library logs, and a rewrite run with each call of the kit's
+// one while a test runs, and a rewrite run with each call of the kit's
 // file layer failing (or the user aborting) in turn.
 #include <gtest/gtest.h>
 
@@ -12,22 +12,16 @@
 #include <vector>
 
 #include "FileOs.h"
-#include "Logging.h"
 #include "MProgressManager.h"
 #include "MStatusCallbackToMProgressImpl.h"
 #include "TempFolder.h"
+#include "TestingUtility.h"
 
-// Captures what the library logs while it lives.
-struct LogCapture {
-    LogCapture() { KelSDK::Common::Logging::GetLogger("lib.kelbase").AddSink(sink); }
-    ~LogCapture() { KelSDK::Common::Logging::GetLogger("lib.kelbase").RemoveSink(sink); }
-    bool Has(const std::wstring& text) const {
-        const std::vector<std::wstring> texts = sink->GetTexts();
-        return std::find(texts.begin(), texts.end(), text) != texts.end();
-    }
-    std::shared_ptr<KelSDK::Common::Logging::MemorySink> sink =
-        std::make_shared<KelSDK::Common::Logging::MemorySink>();
-};
+// Whether the capture holds the text.
+inline bool Logged(const TestingUtility& log, const std::wstring& text) {
+    const std::vector<std::wstring> texts = log.GetTexts();
+    return std::find(texts.begin(), texts.end(), text) != texts.end();
+}
 
 // Rewrites name their files relative to the test's folder, the current one while it runs:
 // MFileName takes a path in Windows form, which a native absolute path is not.
