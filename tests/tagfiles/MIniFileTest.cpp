@@ -93,13 +93,8 @@ TEST(MIniFileTest, TypedValues) {
 
 TEST(MIniFileTest, EditsKeepEveryOtherLine) {
     MIniFile ini = Parsed("; head\n"
-                          "[A]\n"
-                          "x  =  1   \n"
-                          "; about x\n"
-                          "\n"
-                          "; about B\n"
-                          "[B]\n"
-                          "y=2");
+                          "[A]\nx  =  1   \n; about x\n\n"
+                          "; about B\n[B]\ny=2");
     EXPECT_TRUE(ini.SetString(L"a", L"X", L"new"));       // name, spacing and line kept
     EXPECT_TRUE(ini.SetString(L" A ", L" w ", L"4"));     // after the section's last key
     EXPECT_TRUE(ini.SetString(L"B", L"z", L"3"));         // the last line gets its line end
@@ -107,20 +102,10 @@ TEST(MIniFileTest, EditsKeepEveryOtherLine) {
     EXPECT_TRUE(ini.SetString(L"C", L"q", L"'x'"));
     EXPECT_TRUE(ini.SetString(L"", L"top", L"v"));
     EXPECT_TRUE(ini.IsModified());
-    EXPECT_EQ(L"top=v\n"
-              L"; head\n"
-              L"[A]\n"
-              L"x  =  new   \n"
-              L"w=4\n"
-              L"; about x\n"
-              L"\n"
-              L"; about B\n"
-              L"[B]\n"
-              L"y=2\n"
-              L"z=3\n"
-              L"[C]\n"
-              L"k=\"  padded \"\n"
-              L"q=\"'x'\"\n",
+    EXPECT_EQ(L"top=v\n; head\n"
+              L"[A]\nx  =  new   \nw=4\n; about x\n\n"
+              L"; about B\n[B]\ny=2\nz=3\n"
+              L"[C]\nk=\"  padded \"\nq=\"'x'\"\n",
               ini.GetText());
     EXPECT_EQ(L"  padded ", ini.GetString(L"c", L"k"));
     EXPECT_EQ(L"'x'", ini.GetString(L"c", L"q"));
@@ -144,14 +129,8 @@ TEST(MIniFileTest, EditsKeepEveryOtherLine) {
     EXPECT_TRUE(ini.DeleteSection(L"b"));
     EXPECT_FALSE(ini.DeleteSection(L"b"));
     EXPECT_TRUE(ini.DeleteSection(L""));
-    EXPECT_EQ(L"[A]\n"
-              L"w=4\n"
-              L"; about x\n"
-              L"\n"
-              L"; about B\n"
-              L"[C]\n"
-              L"k=\"  padded \"\n"
-              L"q=\"'x'\"\n",
+    EXPECT_EQ(L"[A]\nw=4\n; about x\n\n; about B\n"
+              L"[C]\nk=\"  padded \"\nq=\"'x'\"\n",
               ini.GetText());
     EXPECT_EQ((std::vector<std::wstring>{L"A", L"C"}), ini.GetSections());
 }

@@ -141,16 +141,11 @@ TEST_F(MIniFileSystemTest, ReadsWhatTheSystemWrote) {
 }
 
 TEST_F(MIniFileSystemTest, TheSystemReadsWhatMIniFileWrote) {
-    const std::wstring start = L"; settings\r\n"
-                               L"[ Window ]\r\n"
-                               L"  Left =  10\r\n"
-                               L"left=duplicate\r\n"
-                               L"Title=\u00e9t\u00e9\r\n"
-                               L"\r\n"
-                               L"[Empty]\r\n"
-                               L"[Paths]\r\n"
-                               L"home = C:\\Users ; not a comment\r\n"
-                               L"last=no line end";
+    const std::wstring start =
+        L"; settings\r\n"
+        L"[ Window ]\r\n  Left =  10\r\nleft=duplicate\r\nTitle=\u00e9t\u00e9\r\n\r\n"
+        L"[Empty]\r\n"
+        L"[Paths]\r\nhome = C:\\Users ; not a comment\r\nlast=no line end";
     for (const auto& [encoding, name] : kEncodings) {
         SCOPED_TRACE(name);
         WriteRaw(L"profile.ini", Encoded(start, encoding));
