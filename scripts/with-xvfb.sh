@@ -29,10 +29,8 @@ export DISPLAY="$display"
 # Wine chooses its display driver in the desktop process of a prefix, once: the build's prefix
 # may have started it without a display. The tests here get a prefix of their own, whose
 # desktop starts on this display, with its own wineserver, stopped at the end.
-export WINEPREFIX="$shots/wineprefix" WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
-mkdir -p "$WINEPREFIX"
-wineserver -p </dev/null >"$shots/wineserver.log" 2>&1
-wineboot -i </dev/null >"$shots/wineboot.log" 2>&1
+source "$(dirname "$0")/wine-env.sh"
+kel_wine_start "$shots"
 
 (
     while kill -0 "$xvfb" 2>/dev/null; do
@@ -49,7 +47,7 @@ watcher=$!
 
 "$@"
 status=$?
-wineserver -k </dev/null >/dev/null 2>&1
+kel_wine_stop
 kill "$xvfb" "$watcher" 2>/dev/null
 wait "$xvfb" "$watcher" 2>/dev/null
 exit $status

@@ -86,7 +86,7 @@ int Set(const Arguments& words) {
 int Ini(const Arguments& arguments) {
     const Parsed parsed = SplitOptions(arguments);
     if (!parsed.options.empty())
-        return UsageError(L"ini", L"unknown option " + parsed.options[0] + L" of ini");
+        return UnknownOption(L"ini", parsed.options[0]);
     const Arguments& words = parsed.operands;
     const std::wstring verb = words.empty() ? std::wstring() : words[0];
     if (verb == L"get" && words.size() == 4)
