@@ -5,6 +5,13 @@
 namespace Keltool {
 namespace {
 
+const std::pair<const wchar_t*, CComRegistrar::ThreadingModel> ThreadingModels[] = {
+    {L"apartment", CComRegistrar::threadingApartment},
+    {L"free", CComRegistrar::threadingFree},
+    {L"both", CComRegistrar::threadingBoth},
+    {L"neutral", CComRegistrar::threadingNeutral},
+};
+
 int Com(const Arguments& arguments) {
     const Parsed parsed = SplitOptions(arguments);
     CComRegistrar::Scope scope = CComRegistrar::scopeUser;
@@ -15,19 +22,10 @@ int Com(const Arguments& arguments) {
         else if (option.compare(0, 14, L"--description=") == 0)
             server.description = option.substr(14).c_str();
         else if (option.compare(0, 12, L"--threading=") == 0) {
-            const std::wstring model = option.substr(12);
-            if (model == L"apartment")
-                server.threading = CComRegistrar::threadingApartment;
-            else if (model == L"free")
-                server.threading = CComRegistrar::threadingFree;
-            else if (model == L"both")
-                server.threading = CComRegistrar::threadingBoth;
-            else if (model == L"neutral")
-                server.threading = CComRegistrar::threadingNeutral;
-            else
-                return UsageError(L"com", L"threading models are apartment, free, both and "
-                                          L"neutral, not " +
-                                              model);
+            const auto chosen = Choose(ThreadingModels, option.substr(12));
+            if (!chosen)
+                return NotAChoice(L"com", L"threading models", ThreadingModels, option.substr(12));
+            server.threading = *chosen;
         } else
             return UnknownOption(L"com", option);
     }

@@ -46,6 +46,9 @@ int Sha1(const Arguments& arguments) {
     return status;
 }
 
+const std::pair<const wchar_t*, CRijndael::EMode> Modes[] = {
+    {L"ecb", CRijndael::ECB}, {L"cbc", CRijndael::CBC}, {L"cfb", CRijndael::CFB}};
+
 struct AesOptions {
     bool encrypting = true;
     std::vector<unsigned char> key, iv;
@@ -86,10 +89,9 @@ int ParseAes(const Arguments& arguments, AesOptions& options) {
             options.block = std::stoi(value);
             continue;
         }
-        if (name == L"--mode" && (value == L"ecb" || value == L"cbc" || value == L"cfb")) {
-            options.mode = value == L"ecb"   ? CRijndael::ECB
-                           : value == L"cbc" ? CRijndael::CBC
-                                             : CRijndael::CFB;
+        const std::optional<CRijndael::EMode> mode = Choose(Modes, value);
+        if (name == L"--mode" && mode) {
+            options.mode = *mode;
             continue;
         }
         return usage(L"not an option of aes or not a valid value: " + name + L" " + value);

@@ -3,8 +3,11 @@
 // progress bar. A group is one source file that defines its commands with KELTOOL_COMMAND.
 #include <windows.h>
 
+#include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "KelBase.h"
@@ -46,6 +49,25 @@ std::wstring ErrorText(unsigned long code);
 int FailWithCode(const std::wstring& what, unsigned long code);
 
 std::wstring Hex(unsigned long value, int digits);
+
+// A value chosen by its name on the command line: one of `choices` (name, value), or none.
+template <class T, std::size_t N>
+std::optional<T> Choose(const std::pair<const wchar_t*, T> (&choices)[N],
+                        const std::wstring& name) {
+    for (const auto& [choice, value] : choices)
+        if (name == choice)
+            return value;
+    return std::nullopt;
+}
+// UsageError() for a NAME that is none of `choices`: "WHAT are a, b and c, not NAME".
+template <class T, std::size_t N>
+int NotAChoice(const std::wstring& command, const std::wstring& what,
+               const std::pair<const wchar_t*, T> (&choices)[N], const std::wstring& name) {
+    std::wstring list;
+    for (std::size_t i = 0; i < N; ++i)
+        list += (i == 0 ? L"" : i + 1 == N ? L" and " : L", ") + std::wstring(choices[i].first);
+    return UsageError(command, what + L" are " + list + L", not " + name);
+}
 
 // A whole number given in decimal or, with 0x, in hexadecimal, no larger than `limit`.
 bool ParseNumber(const std::wstring& text, unsigned long long limit, unsigned long long& value);

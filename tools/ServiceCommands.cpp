@@ -52,17 +52,11 @@ int Install(CNTServiceMgr& service, const std::vector<std::wstring>& options,
         else if (option.compare(0, 14, L"--description=") == 0)
             description = option.substr(14);
         else if (option.compare(0, 8, L"--start=") == 0) {
-            const std::wstring name = option.substr(8);
-            bool known = false;
-            for (const auto& type : StartTypes)
-                if (name == type.first) {
-                    start = type.second;
-                    known = true;
-                }
-            if (!known)
-                return UsageError(L"service", L"start types are auto, demand, disabled, boot "
-                                              L"and system, not " +
-                                                  name);
+            const std::optional<CNTServiceMgr::StartType> chosen =
+                Choose(StartTypes, option.substr(8));
+            if (!chosen)
+                return NotAChoice(L"service", L"start types", StartTypes, option.substr(8));
+            start = *chosen;
         } else
             return UnknownOption(L"service", option);
     }

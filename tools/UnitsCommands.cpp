@@ -23,15 +23,8 @@ struct UnitTexts : IResStringWrapper {
 
 enum class Unit { Mm, Inch, Stl };
 
-std::optional<Unit> ParseUnit(const std::wstring& name) {
-    if (name == L"mm")
-        return Unit::Mm;
-    if (name == L"in")
-        return Unit::Inch;
-    if (name == L"stl")
-        return Unit::Stl;
-    return std::nullopt;
-}
+const std::pair<const wchar_t*, Unit> UnitNames[] = {
+    {L"mm", Unit::Mm}, {L"in", Unit::Inch}, {L"stl", Unit::Stl}};
 
 // A finite number written in full, nothing after it.
 std::optional<double> ParseNumber(const std::wstring& text) {
@@ -63,11 +56,11 @@ int Units(const Arguments& arguments) {
     if (words.size() != 3)
         return UsageError(L"units", L"use units VALUE FROM TO");
     const std::optional<double> value = ParseNumber(words[0]);
-    const std::optional<Unit> from = ParseUnit(words[1]), to = ParseUnit(words[2]);
+    const std::optional<Unit> from = Choose(UnitNames, words[1]), to = Choose(UnitNames, words[2]);
     if (!value)
         return UsageError(L"units", L"not a number: " + words[0]);
     if (!from || !to)
-        return UsageError(L"units", L"units are mm, in and stl");
+        return NotAChoice(L"units", L"units", UnitNames, from ? words[2] : words[1]);
     // STL units are 32-bit integers.
     if (*from == Unit::Stl && (*value != std::floor(*value) || std::fabs(*value) > 2147483647.0))
         return UsageError(L"units", L"STL units are whole numbers of 32 bits: " + words[0]);
