@@ -14,6 +14,7 @@
 using KelSDK::FileIO::FindSettingsLineEnd;
 using KelSDK::FileIO::IsSettingsBlank;
 using KelSDK::FileIO::SettingsLine;
+using KelSDK::FileIO::TrimSettingsBlanks;
 
 namespace {
 
@@ -59,16 +60,6 @@ struct Section {
         return found == keys.end() ? nullptr : &lines[found->second];
     }
 };
-
-// Without the blanks at either end, as names are read.
-std::wstring TrimmedName(const std::wstring& name) {
-    size_t begin = 0, end = name.size();
-    while (begin < end && IsSettingsBlank(name[begin]))
-        ++begin;
-    while (end > begin && IsSettingsBlank(name[end - 1]))
-        --end;
-    return name.substr(begin, end - begin);
-}
 
 bool HasLineBreak(const std::wstring& text) {
     return text.find_first_of(L"\r\n") != std::wstring::npos;
@@ -153,7 +144,7 @@ struct MIniFile::Model {
     }
 
     const Section* Find(const std::wstring& section) const {
-        const auto found = index.find(miscstr::ToLower(TrimmedName(section)));
+        const auto found = index.find(miscstr::ToLower(TrimSettingsBlanks(section)));
         return found == index.end() ? nullptr : &sections[found->second];
     }
     Section* Find(const std::wstring& section) {
@@ -162,7 +153,7 @@ struct MIniFile::Model {
 
     const Line* FindKey(const std::wstring& section, const std::wstring& key) const {
         const Section* found = Find(section);
-        return found ? found->Find(TrimmedName(key)) : nullptr;
+        return found ? found->Find(TrimSettingsBlanks(key)) : nullptr;
     }
 
     // The line end new lines get: the file's first one, or the system's "\r\n".
@@ -252,14 +243,8 @@ bool MIniFile::Load(const std::wstring& path) {
     m_model->path = path;
     m_model->encoding = Encoding::Ansi;
     m_model->Parse(std::wstring());
-    MFile in;
     std::vector<unsigned char> bytes;
-    bool read = in.OPEN_READ(path.c_str()) && in.SEEK_FROM_END();
-    if (read) {
-        bytes.resize(static_cast<size_t>(in.TELL()));
-        read = in.REWIND() && in.READ(bytes.data(), bytes.size()) == bytes.size();
-    }
-    if (!read) {
+    if (!MFile::READ_ALL(path.c_str(), bytes)) {
         KelBase::Log(KelSDK::Common::Logging::LogSeverity::Warning, L"MIniFile", L"Load",
                      L"Could not read the file '" + path + L"'");
         return false;
@@ -372,7 +357,7 @@ double MIniFile::GetDouble(const std::wstring& section, const std::wstring& key,
     std::wstring text;
     if (!GetString(section, key, text))
         return defaultValue;
-    text = TrimmedName(text);
+    text = TrimSettingsBlanks(text);
     if (!text.empty() && text[0] == L'+')
         text.erase(0, 1);
     std::string narrow;
@@ -392,7 +377,7 @@ bool MIniFile::GetBool(const std::wstring& section, const std::wstring& key,
     std::wstring text;
     if (!GetString(section, key, text))
         return defaultValue;
-    text = miscstr::ToLower(TrimmedName(text));
+    text = miscstr::ToLower(TrimSettingsBlanks(text));
     if (text == L"true" || text == L"yes" || text == L"on")
         return true;
     if (text == L"false" || text == L"no" || text == L"off")
@@ -403,7 +388,7 @@ bool MIniFile::GetBool(const std::wstring& section, const std::wstring& key,
 
 bool MIniFile::SetString(const std::wstring& section, const std::wstring& key,
                          const std::wstring& value) {
-    const std::wstring sectionName = TrimmedName(section), keyName = TrimmedName(key);
+    const std::wstring sectionName = TrimSettingsBlanks(section), keyName = TrimSettingsBlanks(key);
     if (HasLineBreak(sectionName) || sectionName.find(L']') != std::wstring::npos ||
         HasLineBreak(keyName) || keyName.empty() || keyName.find(L'=') != std::wstring::npos ||
         keyName[0] == L';' || keyName[0] == L'[' || HasLineBreak(value)) {
@@ -489,7 +474,7 @@ std::vector<std::wstring> MIniFile::GetKeys(const std::wstring& section) const {
 
 bool MIniFile::DeleteKey(const std::wstring& section, const std::wstring& key) {
     Section* found = m_model->Find(section);
-    const std::wstring folded = miscstr::ToLower(TrimmedName(key));
+    const std::wstring folded = miscstr::ToLower(TrimSettingsBlanks(key));
     if (!found || !found->keys.count(folded))
         return false;
     std::vector<Line>& lines = found->lines;
@@ -505,7 +490,7 @@ bool MIniFile::DeleteKey(const std::wstring& section, const std::wstring& key) {
 bool MIniFile::DeleteSection(const std::wstring& section) {
     if (!HasSection(section))
         return false;
-    const std::wstring folded = miscstr::ToLower(TrimmedName(section));
+    const std::wstring folded = miscstr::ToLower(TrimSettingsBlanks(section));
     std::vector<Section>& sections = m_model->sections;
     if (folded.empty())
         sections[0] = Section();

@@ -210,6 +210,18 @@ unsigned long long MFile::COPY_FROM(MFile& source, unsigned long long count) {
     return done;
 }
 
+bool MFile::READ_ALL(const wchar_t* name, std::vector<unsigned char>& bytes) {
+    bytes.clear();
+    MFile in;
+    if (!in.OPEN_READ(name) || !in.SEEK_FROM_END())
+        return false;
+    bytes.resize(static_cast<size_t>(in.TELL()));
+    if (in.REWIND() && in.READ(bytes.data(), bytes.size()) == bytes.size())
+        return true;
+    bytes.clear();
+    return false;
+}
+
 bool MFile::COPY(const wchar_t* from, const wchar_t* to, bool overwrite) {
     MFile source;
     if (!to || !source.OPEN_READ(from) || !source.SEEK_FROM_END())

@@ -42,11 +42,8 @@ bool MString::LOAD_INI_STRING(const wchar_t* file, const wchar_t* section, const
     m_text.clear();
     if (!file || !section || !key)
         return false;
-    MFile in;
-    if (!in.OPEN_READ(file) || !in.SEEK_FROM_END())
-        return false;
-    std::vector<unsigned char> bytes(static_cast<size_t>(in.TELL()));
-    if (!in.REWIND() || in.READ(bytes.data(), bytes.size()) != bytes.size())
+    std::vector<unsigned char> bytes;
+    if (!MFile::READ_ALL(file, bytes))
         return false;
     return KelSDK::FileIO::FindSettingsValue(
         KelSDK::FileIO::DecodeSettingsText(bytes.data(), bytes.size()), section, key, m_text);

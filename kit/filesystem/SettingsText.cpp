@@ -33,14 +33,10 @@ void Trim(const wchar_t* line, size_t& begin, size_t& end) {
         --end;
 }
 
-// Whether the name at [begin, end) of the line at `lineStart` is `name` (trimmed).
+// Whether the name at [begin, end) of the line at `lineStart` is `name`.
 bool NameIs(std::wstring_view text, size_t lineStart, size_t begin, size_t end,
-            const wchar_t* name) {
-    std::wstring_view wanted(name);
-    size_t first = 0, last = wanted.size();
-    Trim(wanted.data(), first, last);
-    return StdBase::CompareNoCase(text.substr(lineStart + begin, end - begin),
-                                  wanted.substr(first, last - first)) == 0;
+            const std::wstring& name) {
+    return StdBase::CompareNoCase(text.substr(lineStart + begin, end - begin), name) == 0;
 }
 
 } // namespace
@@ -87,6 +83,12 @@ std::string EncodeSettingsText(const std::wstring& text, SettingsEncoding encodi
 bool IsSettingsBlank(wchar_t c) {
     return c == L' ' || c == L'\t' || c == L'\n' || c == L'\v' || c == L'\f' || c == L'\r' ||
            c == 0x1A;
+}
+
+std::wstring TrimSettingsBlanks(const std::wstring& text) {
+    size_t begin = 0, end = text.size();
+    Trim(text.data(), begin, end);
+    return text.substr(begin, end - begin);
 }
 
 size_t FindSettingsLineEnd(const std::wstring& text, size_t begin, size_t& next) {
@@ -137,15 +139,16 @@ SettingsLine SettingsLine::Parse(const wchar_t* line, size_t length) {
 
 bool FindSettingsValue(const std::wstring& text, const wchar_t* section, const wchar_t* key,
                        std::wstring& value) {
+    const std::wstring sectionName = TrimSettingsBlanks(section), keyName = TrimSettingsBlanks(key);
     // Keys before the first header belong to the section without a name.
-    bool inSection = NameIs(L"", 0, 0, 0, section);
+    bool inSection = sectionName.empty();
     for (size_t start = 0, next = 0; start < text.size(); start = next) {
         const size_t end = FindSettingsLineEnd(text, start, next);
         const SettingsLine line = SettingsLine::Parse(text.data() + start, end - start);
         if (line.kind == SettingsLine::Section) {
-            inSection = NameIs(text, start, line.nameBegin, line.nameEnd, section);
+            inSection = NameIs(text, start, line.nameBegin, line.nameEnd, sectionName);
         } else if (line.kind == SettingsLine::Entry && inSection &&
-                   NameIs(text, start, line.nameBegin, line.nameEnd, key)) {
+                   NameIs(text, start, line.nameBegin, line.nameEnd, keyName)) {
             value = text.substr(start + line.valueBegin, line.valueEnd - line.valueBegin);
             return true;
         }

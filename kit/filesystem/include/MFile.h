@@ -81,6 +81,8 @@ public:
     /// returns the number of bytes copied.
     unsigned long long COPY_FROM(MFile& source, unsigned long long count);
 
+    /// Reads a whole file into `bytes`; false (and `bytes` empty) when it cannot be read.
+    static bool READ_ALL(const wchar_t* name, std::vector<unsigned char>& bytes);
     /// Copies a file. With overwrite false an existing target is left alone and the copy fails.
     static bool COPY(const wchar_t* from, const wchar_t* to, bool overwrite = true);
     /// Renames (moves) a file. With overwrite false an existing target makes it fail.

@@ -33,6 +33,8 @@ KELFS_API std::string EncodeSettingsText(const std::wstring& text, SettingsEncod
 /// Whether `c` is a blank around names and values: the ASCII white space and Ctrl-Z (0x1A),
 /// which the system's profile functions skip as well.
 KELFS_API bool IsSettingsBlank(wchar_t c);
+/// `text` without the blanks at either end, as names are read.
+KELFS_API std::wstring TrimSettingsBlanks(const std::wstring& text);
 
 /// The end of the line that starts at `begin` of `text`: where its CR LF, LF or lone CR (or
 /// the text) ends it, as the system's profile functions split lines. `next` receives the
