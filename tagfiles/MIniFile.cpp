@@ -204,11 +204,14 @@ struct MIniFile::Model {
         return text;
     }
 
-    // The encoding Save writes: the one read, unless ANSI text would lose characters.
+    // The encoding Save writes: the one read, unless ANSI text would lose characters, or UTF-8
+    // text starting with U+FEFF would read back as a signature and lose it.
     Encoding SavedEncoding(const std::wstring& text) const {
         if (encoding == Encoding::Ansi &&
             StdBase::ConvertAnsiToUnicode(StdBase::ConvertUnicodeToAnsi(text)) != text)
             return Encoding::Utf16Le;
+        if (encoding == Encoding::Utf8 && !text.empty() && text[0] == L'\uFEFF')
+            return Encoding::Utf8Signature;
         return encoding;
     }
 };
