@@ -165,22 +165,24 @@ KELTOOL_COMMAND(crc32, L"crc32", L"crc32 [--standard] [--polynomial=HEX] [--prog
                 L"of the common CRC-32 value.\n"
                 L"  --standard       print the common CRC-32 value (the complement).\n"
                 L"  --polynomial=HEX the polynomial in reflected form.\n" FILE_COMMAND_HELP,
-                Crc32);
+                Crc32, OwnOptions);
 KELTOOL_COMMAND(crc16, L"crc16", L"crc16 [--polynomial=HEX] [--progress] FILE...",
                 L"16-bit CRC of each file (most significant bit first, starting from 0xFFFF, no\n"
                 L"final XOR; default polynomial 0x1021, which gives CRC-16/IBM-3740, also known\n"
                 L"as CRC-16/CCITT-FALSE).\n"
                 L"  --polynomial=HEX the polynomial.\n" FILE_COMMAND_HELP,
-                Crc16);
-KELTOOL_COMMAND(sum8, L"sum8", L"sum8 [--progress] FILE...",
-                L"8-bit sum of the bytes of each file, starting from 0xFF.\n" FILE_COMMAND_HELP,
-                [](const Arguments& a) { return SumCommand<COXCheckSum8>(L"sum8", a); });
-KELTOOL_COMMAND(sum16, L"sum16", L"sum16 [--progress] FILE...",
-                L"16-bit sum of the bytes of each file, starting from 0xFFFF.\n" FILE_COMMAND_HELP,
-                [](const Arguments& a) { return SumCommand<COXCheckSum16>(L"sum16", a); });
+                Crc16, OwnOptions);
+KELTOOL_COMMAND(
+    sum8, L"sum8", L"sum8 [--progress] FILE...",
+    L"8-bit sum of the bytes of each file, starting from 0xFF.\n" FILE_COMMAND_HELP,
+    [](const Arguments& a) { return SumCommand<COXCheckSum8>(L"sum8", a); }, OwnOptions);
+KELTOOL_COMMAND(
+    sum16, L"sum16", L"sum16 [--progress] FILE...",
+    L"16-bit sum of the bytes of each file, starting from 0xFFFF.\n" FILE_COMMAND_HELP,
+    [](const Arguments& a) { return SumCommand<COXCheckSum16>(L"sum16", a); }, OwnOptions);
 KELTOOL_COMMAND(
     sum32, L"sum32", L"sum32 [--progress] FILE...",
     L"32-bit sum of the bytes of each file, starting from 0xFFFFFFFF.\n" FILE_COMMAND_HELP,
-    [](const Arguments& a) { return SumCommand<COXCheckSum32>(L"sum32", a); });
+    [](const Arguments& a) { return SumCommand<COXCheckSum32>(L"sum32", a); }, OwnOptions);
 
 } // namespace Keltool

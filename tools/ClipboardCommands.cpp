@@ -4,11 +4,7 @@
 namespace Keltool {
 namespace {
 
-int Clip(const Arguments& arguments) {
-    const Parsed parsed = SplitOptions(arguments);
-    if (!parsed.options.empty())
-        return UnknownOption(L"clip", parsed.options[0]);
-    const Arguments& words = parsed.operands;
+int Clip(const Arguments& words) {
     if (words.size() == 1 && words[0] == L"get") {
         CString text;
         if (!GetTextFromClipboard(text))

@@ -61,6 +61,6 @@ KELTOOL_COMMAND(
     L"ProgID and its version-independent form (without a last \".<digits>\" part),\n"
     L"and the DLL with its threading model (apartment by default, free, both or\n"
     L"neutral). unregister removes what register wrote and nothing that others added.\n",
-    Com);
+    Com, OwnOptions);
 
 } // namespace Keltool

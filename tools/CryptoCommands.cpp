@@ -17,15 +17,12 @@ std::wstring CannotRead(const std::wstring& path) {
     return L"cannot read \"" + path + L"\"";
 }
 
-int Sha1(const Arguments& arguments) {
-    const Parsed parsed = SplitOptions(arguments);
-    if (!parsed.options.empty())
-        return UnknownOption(L"sha1", parsed.options.front());
-    if (parsed.operands.empty())
+int Sha1(const Arguments& operands) {
+    if (operands.empty())
         return UsageError(L"sha1", L"sha1 needs at least one file");
     std::vector<unsigned char> buffer(ChunkBytes);
     int status = Success;
-    for (const std::wstring& path : parsed.operands) {
+    for (const std::wstring& path : operands) {
         try {
             CFile file;
             CFileException error;
@@ -213,6 +210,6 @@ KELTOOL_COMMAND(aes, L"aes",
                 L"OUT is written beside itself first and replaced only when all went well, so a\n"
                 L"failure leaves it as it was and IN may be OUT. A wrong key or damaged data is\n"
                 L"usually told by the padding; keltool then exits with 1.\n",
-                Aes);
+                Aes, OwnOptions);
 
 } // namespace Keltool

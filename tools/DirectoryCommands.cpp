@@ -11,8 +11,7 @@ std::wstring Text(void (*get)(MFileName&)) {
 }
 
 int Dirs(const Arguments& arguments) {
-    const Parsed parsed = SplitOptions(arguments);
-    if (!parsed.options.empty() || !parsed.operands.empty())
+    if (!arguments.empty())
         return UsageError(L"dirs", L"dirs takes no arguments");
     const std::pair<const wchar_t*, std::wstring> folders[] = {
         {L"executable", Text(MDirectory::GET_EXECUTABLE_DIRECTORY)},

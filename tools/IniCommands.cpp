@@ -83,11 +83,7 @@ int Set(const Arguments& words) {
     return Success;
 }
 
-int Ini(const Arguments& arguments) {
-    const Parsed parsed = SplitOptions(arguments);
-    if (!parsed.options.empty())
-        return UnknownOption(L"ini", parsed.options[0]);
-    const Arguments& words = parsed.operands;
+int Ini(const Arguments& words) {
     const std::wstring verb = words.empty() ? std::wstring() : words[0];
     if (verb == L"get" && words.size() == 4)
         return Get(words);

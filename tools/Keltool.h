@@ -19,11 +19,16 @@ enum Exit { Success = 0, Failed = 1, Usage = 2 };
 
 using Arguments = std::vector<std::wstring>;
 
+// Whether a command reads options itself. A command with NoOptions never sees one: keltool
+// refuses any option given to it and passes on only the operands.
+enum Options { NoOptions, OwnOptions };
+
 struct Command {
     const wchar_t* name;
     const wchar_t* synopsis; // "NAME ARGUMENTS", one line
     const wchar_t* help;     // what it does and its options, lines indented by two blanks
     int (*run)(const Arguments& arguments);
+    Options options = NoOptions;
 };
 
 // Commands register themselves at start-up; the table lists them in registration order.

@@ -5,15 +5,12 @@
 namespace Keltool {
 namespace {
 
-int Localize(const Arguments& arguments) {
-    const Parsed parsed = SplitOptions(arguments);
-    if (!parsed.options.empty())
-        return UnknownOption(L"localize", parsed.options[0]);
-    if (parsed.operands.empty())
+int Localize(const Arguments& operands) {
+    if (operands.empty())
         return UsageError(L"localize", L"localize needs at least one key");
     // Keys are ASCII; UTF-8 passes anything else through unchanged, so it cannot match by
     // accident.
-    for (const std::wstring& key : parsed.operands)
+    for (const std::wstring& key : operands)
         Print(KelBase::ProgressLocalizer::Localize(StdBase::ConvertUnicodeToUtf8(key)) + L"\n");
     return Success;
 }

@@ -259,11 +259,7 @@ int Delete(const Key& key, const Arguments& words) {
     return Success;
 }
 
-int Reg(const Arguments& arguments) {
-    const Parsed parsed = SplitOptions(arguments);
-    if (!parsed.options.empty())
-        return UnknownOption(L"reg", parsed.options[0]);
-    const Arguments& words = parsed.operands;
+int Reg(const Arguments& words) {
     if (words.size() < 2)
         return UsageError(L"reg", L"use reg get|set|delete|list KEY ...");
     const Key key = ParseKey(words[1]);

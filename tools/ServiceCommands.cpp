@@ -151,6 +151,6 @@ KELTOOL_COMMAND(service, L"service", L"service install|start|stop|query|remove N
                 L"  stop NAME                 stops it and waits until it has stopped.\n"
                 L"  query NAME                prints its state, process, start type and program.\n"
                 L"  remove NAME               stops it when it runs and deletes it.\n",
-                Service);
+                Service, OwnOptions);
 
 } // namespace Keltool

@@ -73,13 +73,10 @@ std::optional<int> Inspect(const std::wstring& path, MTag& head, bool& large) {
     return std::nullopt;
 }
 
-int Tags(const Arguments& arguments) {
-    const Parsed parsed = SplitOptions(arguments);
-    if (!parsed.options.empty())
-        return UnknownOption(L"tags", parsed.options[0]);
-    if (parsed.operands.size() != 1)
+int Tags(const Arguments& operands) {
+    if (operands.size() != 1)
         return UsageError(L"tags", L"tags needs one file");
-    const std::wstring& path = parsed.operands[0];
+    const std::wstring& path = operands[0];
     MFile file;
     MTag head;
     if (const std::optional<int> failed = OpenTagged(file, path, head))
@@ -116,17 +113,13 @@ std::optional<unsigned char> Number(const std::wstring& text) {
     return static_cast<unsigned char>(value);
 }
 
-int Convert(const Arguments& arguments) {
-    const Parsed parsed = SplitOptions(arguments);
-    if (!parsed.options.empty())
-        return UnknownOption(L"convert", parsed.options[0]);
-    if (parsed.operands.size() != 1 && parsed.operands.size() != 3)
+int Convert(const Arguments& operands) {
+    if (operands.size() != 1 && operands.size() != 3)
         return UsageError(L"convert", L"convert needs a file, optionally with MAJOR and MINOR");
-    const std::wstring& path = parsed.operands[0];
+    const std::wstring& path = operands[0];
     unsigned char major = MTag::m_file_vmajor, minor = MTag::m_file_vminor;
-    if (parsed.operands.size() == 3) {
-        const std::optional<unsigned char> a = Number(parsed.operands[1]),
-                                           b = Number(parsed.operands[2]);
+    if (operands.size() == 3) {
+        const std::optional<unsigned char> a = Number(operands[1]), b = Number(operands[2]);
         if (!a || !b)
             return UsageError(L"convert", L"MAJOR and MINOR are numbers from 0 to 255");
         major = *a;
@@ -197,11 +190,7 @@ std::optional<TagChoice> ParseChoice(const std::wstring& text) {
     return choice;
 }
 
-int Tag(const Arguments& arguments) {
-    const Parsed parsed = SplitOptions(arguments);
-    if (!parsed.options.empty())
-        return UnknownOption(L"tag", parsed.options[0]);
-    const Arguments& words = parsed.operands;
+int Tag(const Arguments& words) {
     const std::wstring verb = words.empty() ? L"" : words[0];
     MFileTagReplacer::Place place = MFileTagReplacer::After;
     bool placed = false;

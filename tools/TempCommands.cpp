@@ -37,11 +37,7 @@ std::wstring TemporaryRoot() {
     return root.GetString();
 }
 
-int Temp(const Arguments& arguments) {
-    const Parsed parsed = SplitOptions(arguments);
-    if (!parsed.options.empty())
-        return UnknownOption(L"temp", parsed.options[0]);
-    const Arguments& words = parsed.operands;
+int Temp(const Arguments& words) {
     if (words.size() != 2 || (words[0] != L"list" && words[0] != L"clean"))
         return UsageError(L"temp", L"use temp list ENTRY, or temp clean ENTRY");
     const std::wstring root = TemporaryRoot();
@@ -104,6 +100,6 @@ KELTOOL_COMMAND(temp, L"temp", L"temp list ENTRY | temp clean ENTRY",
 KELTOOL_COMMAND(lock, L"lock", L"lock [--seconds=N] FOLDER",
                 L"  holds FOLDER's lock file until a key is pressed (or for N seconds), so\n"
                 L"  that other programs can be tried against the lock.\n",
-                Lock);
+                Lock, OwnOptions);
 
 } // namespace Keltool

@@ -94,6 +94,6 @@ KELTOOL_COMMAND(units, L"units", L"units [--display] [--resolution=R] VALUE FROM
                 L"  --display        print a length in mm or in as the user interface shows it\n"
                 L"                   (\"%5.2g\" in millimetres, \"%5.3g\" in inches).\n"
                 L"  --resolution=R   STL units per millimetre (default 10000).\n",
-                Units);
+                Units, OwnOptions);
 
 } // namespace Keltool

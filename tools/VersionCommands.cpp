@@ -17,12 +17,10 @@ std::wstring Line(const wchar_t* label, const std::wstring& value) {
     return line + value + L"\n";
 }
 
-int Version(const Arguments& arguments) {
-    const Parsed parsed = SplitOptions(arguments);
-    // It has no options.
-    if (!parsed.options.empty() || parsed.operands.size() != 1)
+int Version(const Arguments& operands) {
+    if (operands.size() != 1)
         return UsageError(L"version", L"use version FILE");
-    const std::wstring& file = parsed.operands[0];
+    const std::wstring& file = operands[0];
     const MVersionInfo info(file.c_str());
     if (!info.IsOpen())
         return FailWithCode(L"cannot read the version information of \"" + file + L"\"",

@@ -85,5 +85,10 @@ int wmain(int argc, wchar_t** argv) {
         if (argument == L"--help" || argument == L"-h")
             return PrintCommandHelp(*command);
     }
-    return command->run(arguments);
+    if (command->options == Keltool::OwnOptions)
+        return command->run(arguments);
+    const Keltool::Parsed parsed = Keltool::SplitOptions(arguments);
+    if (!parsed.options.empty())
+        return Keltool::UnknownOption(name, parsed.options[0]);
+    return command->run(parsed.operands);
 }
