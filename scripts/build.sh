@@ -19,19 +19,20 @@ kel_build() {
 # working corpus grown from its seeds in fuzz/corpus; prints executions and coverage per target.
 # Fails when a target finds a crash, a leak or a timeout.
 kel_fuzz_run() {
-    local seconds="$1" runs_limit="${2:--1}" dir="$root/build/fuzz" status=0 name
+    local seconds="$1" runs_limit="${2:--1}" dir="$root/build/fuzz" status=0 name max_len
     shift; shift || true
     local only=" $* "
     kel_build "$dir" kel_fuzzers -DKEL_FUZZ=ON -DCMAKE_C_COMPILER=clang \
         -DCMAKE_CXX_COMPILER=clang++ || return 1
     mkdir -p "$dir/logs" "$dir/artifacts"
     printf '%-20s %12s %7s %7s  %s\n' target executions cov ft result
-    while read -r name; do
+    while read -r name max_len; do
         [ "$only" = "  " ] || [[ "$only" == *" $name "* ]] || continue
         local work="$dir/corpus/$name" log="$dir/logs/$name.log" seeds=() result=ok
         mkdir -p "$work"
         [ -d "$root/fuzz/corpus/$name" ] && seeds=("$root/fuzz/corpus/$name")
-        "$dir/bin/$name" -max_total_time="$seconds" -runs="$runs_limit" -timeout=10 -rss_limit_mb=2048 \
+        "$dir/bin/$name" -max_total_time="$seconds" -runs="$runs_limit" ${max_len:+-max_len=$max_len} \
+            -timeout=10 -rss_limit_mb=2048 \
             -print_final_stats=1 -artifact_prefix="$dir/artifacts/$name-" "$work" "${seeds[@]}" \
             >"$log" 2>&1 || { result="FAILED, see $log"; status=1; }
         local runs coverage
