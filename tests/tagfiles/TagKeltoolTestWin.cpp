@@ -1,4 +1,5 @@
-// keltool tags and convert as a user runs them, on files written byte by byte.
+// keltool tags, convert and tag as a user runs them, on files written byte by byte: one
+// success and one failure each, the library behind them having tests of its own.
 #include <gtest/gtest.h>
 
 #include "KeltoolProcess.h"
@@ -23,29 +24,21 @@ TEST_F(TagKeltoolTest, TagsPrintsTheTreeAndConvertRewrites) {
         Tag("BODY", 1, Tag("MESH", 1, Tag("DATA", 1, "raw") + Tag("LEAF", 1, ""))) +
         Tag(std::string("N\x01", 2), 1, "xy");
     const std::wstring file = Make(L"part.kel", Head(1, 3) + body);
-    const std::string tree = "KELCOM %s  offset 0  length 0\r\n"
-                             "BODY 1.0  offset 12  length 39\r\n"
-                             "  MESH 1.0  offset 24  length 27\r\n"
-                             "    DATA 1.0  offset 36  length 3\r\n"
-                             "    LEAF 1.0  offset 51  length 0\r\n"
-                             "N\\x01 1.0  offset 63  length 2\r\n";
-    auto withVersion = [&](const char* version) {
-        std::string text = tree;
-        return text.replace(text.find("%s"), 2, version);
-    };
     KeltoolResult result = Run({L"tags", file});
     EXPECT_EQ(0u, result.exitCode) << result.err;
-    EXPECT_EQ(withVersion("1.3"), result.out);
+    EXPECT_EQ("KELCOM 1.3  offset 0  length 0\r\n"
+              "BODY 1.0  offset 12  length 39\r\n"
+              "  MESH 1.0  offset 24  length 27\r\n"
+              "    DATA 1.0  offset 36  length 3\r\n"
+              "    LEAF 1.0  offset 51  length 0\r\n"
+              "N\\x01 1.0  offset 63  length 2\r\n",
+              result.out);
 
     result = Run({L"convert", file});
     EXPECT_EQ(0u, result.exitCode) << result.err;
     const std::string name = StdBase::ConvertUnicodeToUtf8(file);
     EXPECT_EQ(name + ": converted from version 1.3 to 2.1\r\n", result.out);
     EXPECT_EQ(Head(2, 1) + body, ReadAll(file));
-    EXPECT_EQ(withVersion("2.1"), Run({L"tags", file}).out);
-    result = Run({L"convert", file, L"2", L"0"});
-    EXPECT_EQ(0u, result.exitCode) << result.err;
-    EXPECT_EQ(name + ": already version 2.1, left as it is\r\n", result.out);
 
     // A newer file is refused with the library's reason; the file stays as it is.
     result = Run({L"convert", file, L"1", L"0"});
@@ -55,32 +48,15 @@ TEST_F(TagKeltoolTest, TagsPrintsTheTreeAndConvertRewrites) {
                               "' contains a newer version number V2.1, cannot process !"))
         << result.err;
     EXPECT_EQ(Head(2, 1) + body, ReadAll(file));
-}
 
-TEST_F(TagKeltoolTest, DamagedFilesAndUsage) {
+    // A damaged file is listed up to the damage.
     const std::wstring cut = Make(L"cut.kel", Head(2, 1) + Header("BODY", 2, 0, 100) + "xy");
-    KeltoolResult result = Run({L"tags", cut});
+    result = Run({L"tags", cut});
     EXPECT_EQ(1u, result.exitCode);
     EXPECT_EQ("KELCOM 2.1  offset 0  length 0\r\n", result.out);
     EXPECT_NE(std::string::npos, result.err.find("the bytes from offset 12 on are no complete tag"))
         << result.err;
-
-    const std::wstring plain = Make(L"plain.txt", "hello, world");
-    for (const std::vector<std::wstring>& arguments :
-         {std::vector<std::wstring>{L"tags", plain}, {L"convert", plain}}) {
-        result = Run(arguments);
-        EXPECT_EQ(1u, result.exitCode) << arguments[0];
-        EXPECT_NE(std::string::npos, result.err.find("is no tagged file")) << result.err;
-    }
-    result = Run({L"tags", Path(L"missing.kel")});
-    EXPECT_EQ(1u, result.exitCode);
-    EXPECT_NE(std::string::npos, result.err.find("(error code 2)")) << result.err;
-
-    for (const std::vector<std::wstring>& arguments : {std::vector<std::wstring>{L"tags"},
-                                                       {L"convert", cut, L"2"},
-                                                       {L"convert", cut, L"2", L"x"},
-                                                       {L"convert", cut, L"256", L"0"}})
-        EXPECT_EQ(2u, Run(arguments).exitCode) << arguments.size() << " arguments";
+    EXPECT_EQ(2u, Run({L"convert", cut, L"256", L"0"}).exitCode);
 }
 
 TEST_F(TagKeltoolTest, TagReplacesRemovesAndInserts) {
@@ -108,27 +84,14 @@ TEST_F(TagKeltoolTest, TagReplacesRemovesAndInserts) {
               ReadAll(path));
     result = Run({L"tag", L"remove", path, L"MESH:1"});
     EXPECT_EQ(0u, result.exitCode) << result.err;
-    EXPECT_EQ(name + ": removed MESH:1\r\n", result.out);
     EXPECT_EQ(file("replacement data", ""), ReadAll(path));
 
     result = Run({L"tag", L"remove", path, L"DATA#3"});
     EXPECT_EQ(1u, result.exitCode);
     EXPECT_NE(std::string::npos, result.err.find("has no tag DATA#3")) << result.err;
-    // The library's reason when an edit is refused.
-    result = Run({L"tag", L"insert", path, L"DATA", L"inside", L"X", data});
-    EXPECT_EQ(1u, result.exitCode);
-    EXPECT_NE(std::string::npos, result.err.find("holds raw data, no tags")) << result.err;
-    result = Run({L"tag", L"replace", path, L"NOTE", Path(L"missing.bin")});
-    EXPECT_EQ(1u, result.exitCode);
-    EXPECT_NE(std::string::npos, result.err.find("(error code 2)")) << result.err;
     EXPECT_EQ(file("replacement data", ""), ReadAll(path));
-
     for (const std::vector<std::wstring>& arguments :
-         {std::vector<std::wstring>{L"tag", L"replace", path, L"DATA"},
-          {L"tag", L"remove", path, L"TOOLONGNAME"},
-          {L"tag", L"remove", path, L"DATA#0"},
-          {L"tag", L"insert", path, L"DATA", L"below", L"X", data},
-          {L"tag", L"insert", path, L"DATA", L"after", L"X#2", data},
-          {L"tag", L"rename", path, L"DATA"}})
-        EXPECT_EQ(2u, Run(arguments).exitCode) << StdBase::ConvertUnicodeToUtf8(arguments[1]);
+         {std::vector<std::wstring>{L"tag", L"remove", path, L"DATA#0"},
+          {L"tag", L"insert", path, L"DATA", L"below", L"X", data}})
+        EXPECT_EQ(2u, Run(arguments).exitCode) << StdBase::ConvertUnicodeToUtf8(arguments[3]);
 }
