@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <tuple>
 
 TEST(MDirectoryTest, PathHelpers) {
@@ -33,17 +32,4 @@ TEST(MDirectoryTest, PathHelpers) {
     for (const wchar_t* relative : {L"\\x", L"C:x", L"C:", L"", L"/\\x", L"x\\\\y"})
         EXPECT_FALSE(IsAbsolutePath(relative)) << relative;
     EXPECT_FALSE(IsAbsolutePath(nullptr));
-}
-
-TEST(MDirectoryTest, BlockReadAndWrite) {
-    std::FILE* file = std::tmpfile();
-    ASSERT_NE(file, nullptr);
-    const long written[3] = {1, -2, 0x12345678};
-    EXPECT_EQ(fwrite_long(written, sizeof(long), 3, file), 3u);
-    std::rewind(file);
-    long read[4] = {};
-    EXPECT_EQ(fread_long(read, sizeof(long), 4, file), 3u) << "only three were there";
-    EXPECT_EQ(read[1], -2);
-    EXPECT_EQ(read[2], 0x12345678);
-    std::fclose(file);
 }

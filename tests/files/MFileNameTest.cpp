@@ -4,8 +4,6 @@
 
 #include <tuple>
 
-#include "GeneratedPaths.h"
-
 namespace {
 
 // "drive|dir|file|ext", the parts side by side.
@@ -62,37 +60,6 @@ TEST(MFileNameTest, SplitsAndComposes) {
     std::wstring drive = L"x", dir = L"x", file = L"x", ext = L"x";
     EXPECT_FALSE(POSITION_PATH_PARTS(L"", drive, dir, file, ext, false));
     EXPECT_EQ(drive + dir + file + ext, L"");
-}
-
-// Splitting what GET composed gives the same parts again, except for a name that holds only a
-// directory, which GET roots with a backslash, for a directory that ends with a slash, which
-// GET follows with a backslash before the name, and for a text that now starts with ".." (from
-// "C:..", whose drive was dropped), which is split below a root directory. Not compared: a
-// directory that a trailing slash cut short (or that keeps a trailing slash, to be cut on the
-// next split), which the table above shows, and long-path roots, whose split drops the drive.
-TEST(MFileNameTest, ComposedPathsSplitTheSameWay) {
-    std::size_t compared = 0;
-    for (const std::wstring& path : GeneratedPaths()) {
-        const MFileName name(path.c_str());
-        const std::wstring dir = name.GET_DIR_PART();
-        const bool hasName = *name.GET_FILE_PART() != 0 || *name.GET_EXT_PART() != 0;
-        if ((!dir.empty() && (dir.back() != L'\\' && (dir.back() != L'/' || !hasName))) ||
-            path.compare(0, 4, L"\\\\?\\") == 0)
-            continue;
-        ++compared;
-        if (*name.GET_DRIVE_PART() == 0 && !hasName && !dir.empty()) {
-            EXPECT_EQ(std::wstring(name.GET()), L"\\" + dir) << path;
-            continue;
-        }
-        const bool goesUp = std::wstring(name.GET()).compare(0, 2, L"..") == 0;
-        const bool slashBeforeName = hasName && !dir.empty() && dir.back() == L'/';
-        const MFileName again(name.GET());
-        EXPECT_STREQ(again.GET_DRIVE_PART(), goesUp ? L"\\" : name.GET_DRIVE_PART()) << path;
-        EXPECT_EQ(again.GET_DIR_PART(), slashBeforeName ? dir + L'\\' : dir) << path;
-        EXPECT_STREQ(again.GET_FILE_PART(), name.GET_FILE_PART()) << path;
-        EXPECT_STREQ(again.GET_EXT_PART(), name.GET_EXT_PART()) << path;
-    }
-    EXPECT_GT(compared, 35000u);
 }
 
 TEST(MFileNameTest, BuildsFromPartsAndOtherNames) {
