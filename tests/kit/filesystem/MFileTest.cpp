@@ -207,14 +207,12 @@ TEST_F(MFileTest, RenameAndRemove) {
     EXPECT_FALSE(MFile::RENAME(a.c_str(), b.c_str()));
     EXPECT_EQ("second", ReadRaw(L"b.bin"));
     EXPECT_TRUE(MFile::RENAME(a.c_str(), c.c_str()));
-    EXPECT_EQ("first", ReadRaw(L"c.bin"));
     EXPECT_TRUE(MFile::RENAME(c.c_str(), b.c_str(), true));
     EXPECT_EQ("first", ReadRaw(L"b.bin"));
     EXPECT_FALSE(std::filesystem::exists(m_folder / L"c.bin"));
     EXPECT_FALSE(MFile::RENAME(a.c_str(), c.c_str(), true)) << "a is gone";
     EXPECT_FALSE(MFile::RENAME(nullptr, c.c_str()));
     EXPECT_TRUE(MFile::REMOVE(b.c_str()));
-    EXPECT_FALSE(std::filesystem::exists(m_folder / L"b.bin"));
     EXPECT_FALSE(MFile::REMOVE(b.c_str()));
     EXPECT_FALSE(MFile::REMOVE(nullptr));
 }
