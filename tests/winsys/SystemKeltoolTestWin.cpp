@@ -25,17 +25,13 @@ TEST_F(SystemKeltool, SysinfoAndErrorTexts) {
     EXPECT_NE(info.out.find("system "), std::string::npos) << info.out;
 
     // The first line of the library's text, which its own tests hold to the system's.
-    for (const DWORD code : {2ul, 5ul, 32ul, 1223ul}) {
-        const std::wstring text = MSysError(code).GetText();
-        ASSERT_FALSE(text.empty()) << code;
-        const KeltoolResult error = RunKeltool({L"error", std::to_wstring(code)}, m_folder);
-        EXPECT_EQ(error.exitCode, 0u) << code;
-        EXPECT_NE(error.out.find(StdBase::ConvertUnicodeToUtf8(text.substr(0, text.find(L'\r')))),
-                  std::string::npos)
-            << code << ": " << error.out;
-    }
-    EXPECT_EQ(RunKeltool({L"error", L"0x20"}, m_folder).out,
-              RunKeltool({L"error", L"32"}, m_folder).out);
+    const std::wstring text = MSysError(32).GetText();
+    ASSERT_FALSE(text.empty());
+    const KeltoolResult error = RunKeltool({L"error", L"0x20"}, m_folder);
+    EXPECT_EQ(error.exitCode, 0u);
+    EXPECT_NE(error.out.find(StdBase::ConvertUnicodeToUtf8(text.substr(0, text.find(L'\r')))),
+              std::string::npos)
+        << error.out;
     const KeltoolResult bad = RunKeltool({L"error", L"five"}, m_folder);
     EXPECT_EQ(bad.exitCode, 2u);
     EXPECT_NE(bad.err.find("five"), std::string::npos) << bad.err;
