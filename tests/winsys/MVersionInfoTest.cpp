@@ -1,4 +1,5 @@
-// Version blocks written byte by byte: the reader's view of a whole block and of damaged ones.
+// Version blocks written byte by byte: the reader's view of a whole block and of damaged ones
+// (any damage at all is the version block fuzzer's).
 #include <gtest/gtest.h>
 
 #include <string>
@@ -179,17 +180,4 @@ TEST(MVersionInfo, DamagedBlocksAreReadAsFarAsTheyAreWhole) {
     damaged.replace(table, 2, Le(0, 2));
     ASSERT_TRUE(info.Read(damaged));
     EXPECT_TRUE(info.GetStringTables().empty());
-
-    // Any single byte changed: no read outside the block, and a block whose root header and
-    // key are whole (the first 40 bytes) is always read.
-    for (size_t at = 0; at < whole.size(); ++at)
-        for (char byte : {'\0', '\x7F', '\xFF'}) {
-            damaged = whole;
-            damaged[at] = byte;
-            const bool read = info.Read(damaged);
-            EXPECT_EQ(read, info.IsOpen()) << at;
-            if (at >= 40) {
-                EXPECT_TRUE(read) << at << " " << int(byte);
-            }
-        }
 }
