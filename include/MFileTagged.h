@@ -30,8 +30,8 @@ public:
     MFileTagged(const MFileTagged&) = delete;
     MFileTagged& operator=(const MFileTagged&) = delete;
 
-    /// Opens the file and lists its tags. False when it cannot be opened or does not start with
-    /// a "KELCOM" header (the object is then closed).
+    /// Opens the file and lists its tags. False when it cannot be opened, does not start with a
+    /// "KELCOM" header, or a read fails while its tags are listed (the object is then closed).
     bool Open(const MFileName& file);
     /// Closes the file; the tags are forgotten.
     void Close();

@@ -21,6 +21,12 @@ bool MFileTagged::Open(const MFileName& file) {
     m_size = m_file.TELL();
     MTagList list;
     list.BUILD_TAG_TREE(m_file, 0, -1);
+    // A read that failed cut the walk short at its level, and the walk went on after it: the
+    // list would miss a subtree, and every later index would name another tag.
+    if (m_file.HasFailed()) {
+        Close();
+        return false;
+    }
     // The head tag as the file starts with it (the list keeps the last head tag it met).
     m_tags.push_back(head);
     m_tags.insert(m_tags.end(), list.GetTags().begin(), list.GetTags().end());

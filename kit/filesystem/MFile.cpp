@@ -73,6 +73,7 @@ bool MFile::OpenAs(const wchar_t* name, Mode mode) {
         return false;
     m_writable = mode != Mode::Read;
     m_osPos = 0;
+    m_failed = false;
     m_readWindow = m_bufferSize;
     StartBufferAt(0);
     return true;
@@ -130,9 +131,13 @@ bool MFile::SEEK_FROM_END(long long offset) {
     if (!IS_OPEN() || !Flush())
         return false;
     // Everything buffered is on disk now, so the system knows the true size.
-    long long size = FileOs::Seek(m_handle, 0, FileOs::Origin::End);
+    const long long size = FileOs::Seek(m_handle, 0, FileOs::Origin::End);
+    if (size < 0) {
+        OsFailed();
+        return false;
+    }
     m_osPos = size;
-    return size >= 0 && SEEK(size + offset);
+    return SEEK(size + offset);
 }
 
 bool MFile::REWIND() {
@@ -319,7 +324,7 @@ template <class Transfer> size_t MFile::Unbuffered(Transfer transfer) {
         return 0;
     const long long moved = transfer();
     if (moved < 0) {
-        m_osPos = -1;
+        OsFailed();
         return 0;
     }
     m_osPos += moved;
@@ -336,7 +341,7 @@ bool MFile::Flush() {
         return false;
     long long put = FileOs::Write(m_handle, m_buffer.data() + m_dirtyBegin, size);
     if (put < 0) {
-        m_osPos = -1;
+        OsFailed();
         return false;
     }
     m_osPos = position + put;
@@ -348,9 +353,17 @@ bool MFile::Flush() {
 }
 
 bool MFile::MoveOsTo(long long position) {
-    if (m_osPos != position)
+    if (m_osPos != position) {
         m_osPos = FileOs::Seek(m_handle, position, FileOs::Origin::Begin);
+        if (m_osPos < 0)
+            OsFailed();
+    }
     return m_osPos == position;
+}
+
+void MFile::OsFailed() {
+    m_osPos = -1;
+    m_failed = true;
 }
 
 bool MFile::Refill(size_t wanted) {
@@ -365,7 +378,7 @@ bool MFile::Refill(size_t wanted) {
     m_readWindow = std::min(m_bufferSize, 2 * size);
     long long got = FileOs::Read(m_handle, m_buffer.data(), size);
     if (got < 0) {
-        m_osPos = -1;
+        OsFailed();
         return false;
     }
     m_osPos += got;

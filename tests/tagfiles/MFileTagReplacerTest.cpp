@@ -94,6 +94,27 @@ TEST_F(ReplacerTest, FileTaggedListsFindsAndReads) {
     EXPECT_FALSE(file.IsOpen());
 }
 
+// A call of the file layer that fails while the tags are listed makes Open fail: a walk cut
+// short would miss a subtree and go on with the tags after it at wrong indices.
+TEST_F(ReplacerTest, FileTaggedOpensOnlyAWholeList) {
+    Sample sample;
+    sample.data0.assign(300000, 'x'); // the headers lie far apart: each is read on its own
+    WriteRaw(L"t.kel", sample.Bytes());
+    long long calls = 0, failing = -1;
+    const FileOs::Probe previous =
+        FileOs::SetProbe([&](FileOs::Call, size_t) { return calls++ != failing; });
+    MFileTagged file;
+    EXPECT_TRUE(file.Open(MFileName(L"t.kel")));
+    EXPECT_EQ(10u, file.GetCount());
+    const long long total = calls;
+    for (failing = 0; failing < total; ++failing) {
+        calls = 0;
+        EXPECT_FALSE(file.Open(MFileName(L"t.kel"))) << "call " << failing << " of " << total;
+        EXPECT_FALSE(file.IsOpen()) << "call " << failing;
+    }
+    FileOs::SetProbe(previous);
+}
+
 TEST_F(ReplacerTest, EditsChangeTheirTagsAndTheLengthsAroundThem) {
     const Sample original;
     const MTag added("NEW", 2, 0);

@@ -43,6 +43,10 @@ public:
     bool OPEN_UPDATE(const wchar_t* name);
     /// Whether a file is open.
     bool IS_OPEN() const;
+    /// Whether a read, write or seek of the system failed since the file was opened (the end
+    /// of the file is no failure). For callers that walk a file until a read comes up short
+    /// and must tell a damaged walk from the end of the data.
+    bool HasFailed() const { return m_failed; }
     /// False when buffered data could not be written; the file is closed either way.
     bool CLOSE();
     /// Writes buffered data and asks the system to put the file's data on the disk.
@@ -99,6 +103,8 @@ private:
     template <class Transfer> size_t Unbuffered(Transfer transfer);
     bool Flush();
     bool MoveOsTo(long long position);
+    /// Notes a failed call of the system; where its file pointer stands is unknown then.
+    void OsFailed();
     /// Fills the buffer from the current position with at least `wanted` bytes when the
     /// buffer holds that many, otherwise with the read window.
     bool Refill(size_t wanted);
@@ -114,6 +120,7 @@ private:
     size_t m_dirtyBegin = 0; ///< [m_dirtyBegin, m_dirtyEnd) is not written to the file yet
     size_t m_dirtyEnd = 0;
     long long m_osPos = -1; ///< position of the system's file pointer, -1 when unknown
+    bool m_failed = false;  ///< see HasFailed()
     size_t m_readWindow;    ///< bytes the next refill reads, between MIN_READ_WINDOW and the size
     static constexpr size_t MIN_READ_WINDOW = 512;
 };

@@ -157,7 +157,7 @@ TEST_F(MFileTest, CopyFromAnotherFileAndWholeFiles) {
 
 // What reaches the system, watched through the file layer's probe: skipping through a file
 // reads little more than what is asked for, reading it through reads whole buffers, and a
-// failing disk shows in CLOSE and COMMIT.
+// failing disk shows in CLOSE, COMMIT and HasFailed().
 TEST_F(MFileTest, ReadsAdaptToSkippingAndFailuresShow) {
     const std::string data = Pattern(4000000, 4);
     WriteRaw(L"big.bin", data);
@@ -188,15 +188,20 @@ TEST_F(MFileTest, ReadsAdaptToSkippingAndFailuresShow) {
         ASSERT_EQ(1000u, file.READ(&back[at], 1000)) << at;
     EXPECT_EQ(data, back);
     EXPECT_GE(70u, reads) << bytesRead;
+    EXPECT_EQ(0u, file.READ(&back[0], 1));
+    EXPECT_FALSE(file.HasFailed()) << "the end of the file is no failure";
 
     ASSERT_TRUE(file.CREATE(Path(L"fail.bin").c_str()));
     ASSERT_EQ(3u, file.WRITE("abc", 3));
     failWrites = true;
     EXPECT_FALSE(file.COMMIT());
+    EXPECT_TRUE(file.HasFailed());
     EXPECT_FALSE(file.CLOSE());
     EXPECT_FALSE(file.IS_OPEN());
     failWrites = false;
     EXPECT_TRUE(file.CLOSE()) << "nothing to write";
+    ASSERT_TRUE(file.OPEN_READ(Path(L"fail.bin").c_str()));
+    EXPECT_FALSE(file.HasFailed()) << "after opening again";
     FileOs::SetProbe(previous);
 }
 
